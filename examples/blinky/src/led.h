@@ -1,0 +1,7 @@
+#ifndef LED_H
+#define LED_H
+
+void led_init(void);
+void led_toggle(void);
+
+#endif

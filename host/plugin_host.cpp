@@ -1,0 +1,184 @@
+#include "plugin_host.h"
+
+#include <cstdio>
+#include <cstring>
+#include <utility>
+
+namespace ads::host {
+
+namespace {
+PluginHost* g_host = nullptr;
+
+const char* const kProcessors[] = {"CPU(ARM7TDMI)", "CLOCK(12000000)", nullptr};
+const AdsHostDefaults kDefaults = {"ARM", "ARM7TDMI", 0, kProcessors, 0};
+
+std::string DirectoryOf(const std::string& path) {
+    size_t cut = path.find_last_of("/\\");
+    return cut == std::string::npos ? std::string(".") : path.substr(0, cut);
+}
+
+void CopyAttributes(ConfigNode* to, const ConfigNode& from) {
+    to->ClearAttributes();
+    for (const auto* a = from.FirstAttribute(); a != nullptr; a = from.NextAttribute(a)) {
+        to->SetAttribute(a->name.c_str(), a->value.c_str());
+    }
+}
+}  // namespace
+
+void CommitEdit(ConfigNode* node, const ConfigNode& edited) {
+    std::vector<std::pair<ConfigNode*, const ConfigNode*>> work{{node, &edited}};
+    while (!work.empty()) {
+        auto [n, e] = work.back();
+        work.pop_back();
+        CopyAttributes(n, *e);
+        n->SetUserWord(e->UserWord());
+        ConfigNode* nc = n->FirstChild();
+        for (const ConfigNode* ec = e->FirstChild(); ec != nullptr; ec = ec->NextSibling()) {
+            if (nc != nullptr && nc->Name() == ec->Name()) {
+                work.emplace_back(nc, ec);
+                nc = nc->NextSibling();
+            } else {
+                n->InsertChildBefore(ec->Clone(), nc);
+            }
+        }
+        while (nc != nullptr) {
+            ConfigNode* next = nc->NextSibling();
+            n->RemoveChild(nc);
+            nc = next;
+        }
+    }
+}
+
+PluginHost::PluginHost(platform::Platform& platform) : platform_(platform) { g_host = this; }
+
+PluginHost::~PluginHost() {
+    Unload();
+    if (g_host == this) g_host = nullptr;
+}
+
+const AdsHostDefaults& PluginHost::Defaults() { return kDefaults; }
+
+bool PluginHost::Load(const std::string& module_path, std::string* error) {
+    platform::FileSystem& fs = *platform_.files;
+    std::string previous = fs.CurrentDirectory();
+    std::string module_dir = DirectoryOf(module_path);
+    // The plug-in loads "Build\OrvMake.dll" relative to the working folder.
+    fs.SetCurrentDirectory(module_dir);
+    module_ = platform_.libraries->Load(module_path);
+    uint32_t load_error = module_ ? 0 : platform_.libraries->LastError();
+    fs.SetCurrentDirectory(previous);
+    if (module_ == nullptr) {
+        *error = module_path + ": cannot load the plug-in (system error " + std::to_string(load_error) + ")";
+        return false;
+    }
+    auto get = reinterpret_cast<GetInterfaceFn>(platform_.libraries->Symbol(module_, "GetInterface"));
+    if (get == nullptr) {
+        *error = module_path + ": not a toolchain plug-in (no GetInterface)";
+        platform_.libraries->Free(module_);
+        module_ = nullptr;
+        return false;
+    }
+    table_ = get();
+    table_->CommitNode = &PluginHost::CommitNode;
+    table_->FindSettingNode = &PluginHost::FindSettingNode;
+    table_->RunTool = &PluginHost::RunTool;
+    table_->WriteOutput = &PluginHost::WriteOutput;
+    table_->HostCall23 = &PluginHost::HostCall23;
+    table_->RegisterToolchain = &PluginHost::RegisterToolchain;
+    table_->IsOutOfDate = &PluginHost::IsOutOfDate;
+    table_->TranslateFile = &PluginHost::TranslateFile;
+    table_->MakeTarget = &PluginHost::MakeTarget;
+    table_->HostCall34 = &PluginHost::HostCall34;
+
+    install_dir_ = fs.ExecutableDirectory();
+    executable_ = install_dir_;
+    context_ = AdsHostContext{};
+    context_.install_dir = install_dir_.c_str();
+    context_.executable = executable_.c_str();
+    context_.simulator = nullptr;
+    context_.defaults = &kDefaults;
+    table_->Attach(&context_);
+    return true;
+}
+
+void PluginHost::Unload() {
+    if (module_ != nullptr) {
+        table_ = nullptr;
+        platform_.libraries->Free(module_);
+        module_ = nullptr;
+    }
+}
+
+void PluginHost::SetProject(ConfigNode* root) {
+    project_ = root;
+    if (table_ != nullptr && root != nullptr) table_->InstallTool(root);
+}
+
+bool PluginHost::TakeModified() { return std::exchange(modified_, false); }
+
+AdsWord PluginHost::CommitNode(ConfigNode* node, ConfigNode* edited) {
+    if (node == nullptr || edited == nullptr) return 0;
+    CommitEdit(node, *edited);
+    if (g_host) g_host->modified_ = true;
+    return 1;
+}
+
+ConfigNode* PluginHost::FindSettingNode(ConfigNode* node, const char* key, const char* flag_key) {
+    if (node == nullptr || key == nullptr || *key == '\0') return nullptr;
+    if (ConfigNode* found = node->FindChild(key)) return found;
+    // A node's own settings are its first child.
+    auto* created = new ConfigNode(key);
+    if (flag_key != nullptr && *flag_key != '\0') created->SetAttributeInt(flag_key, 1);
+    node->InsertChildBefore(created, node->FirstChild());
+    if (g_host) g_host->modified_ = true;
+    return created;
+}
+
+AdsWord PluginHost::RunTool(const char* command, AdsWord /*handle*/, char* buffer, int size,
+                            AdsWord* exit_code) {
+    if (command == nullptr || g_host == nullptr) return 0;
+    size_t limit = size > 1 ? static_cast<size_t>(size - 1) : 0;
+    platform::RunResult run = g_host->platform_.runner->Run(command, std::string(), limit);
+    if (buffer != nullptr && size > 0) {
+        size_t n = run.output.size() < limit ? run.output.size() : limit;
+        std::memcpy(buffer, run.output.data(), n);
+        buffer[n] = '\0';
+    }
+    if (exit_code != nullptr) *exit_code = static_cast<AdsWord>(run.exit_code);
+    if (!run.started) {
+        std::fprintf(stderr, "orvhost: cannot run %s: %s\n", command, run.error.c_str());
+    }
+    return run.started ? 1 : 0;
+}
+
+AdsWord PluginHost::WriteOutput(const char* text, AdsWord /*pane*/) {
+    if (text == nullptr) return 0;
+    if (g_host != nullptr && g_host->capture_ != nullptr) {
+        g_host->capture_->append(text);
+    } else {
+        std::fputs(text, stdout);
+        std::fflush(stdout);
+    }
+    return 1;
+}
+
+// orvhost has no debugger: the calls the plug-in forwards to it are
+// answered with 0.
+AdsWord PluginHost::HostCall23(AdsWord) { return 0; }
+AdsWord PluginHost::HostCall34(AdsWord, AdsWord, AdsWord, AdsWord) { return 0; }
+
+AdsWord PluginHost::RegisterToolchain(const AdsToolchainRecord* record) {
+    if (record == nullptr || g_host == nullptr) return 0;
+    g_host->toolchain_.clear();
+    for (const char* text : record->text) {
+        if (text == nullptr || *text == '\0') return 0;
+        g_host->toolchain_.emplace_back(text);
+    }
+    return 1;
+}
+
+int PluginHost::IsOutOfDate(const char*, ConfigNode* file) { return file != nullptr ? 1 : 0; }
+int PluginHost::TranslateFile(const char*, ConfigNode*) { return 0; }
+int PluginHost::MakeTarget(const char*, ConfigNode*) { return 0; }
+
+}  // namespace ads::host

@@ -1,0 +1,78 @@
+// orvhost's side of the plug-in boundary: loads the plug-in module the way
+// the IDE does, fills the host slots of its table and keeps the project tree
+// the plug-in works on.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "ads/config_node.h"
+#include "ads/plugin_abi.h"
+#include "platform/platform.h"
+
+namespace ads::host {
+
+class PluginHost {
+public:
+    explicit PluginHost(platform::Platform& platform);
+    ~PluginHost();
+
+    // Loads the plug-in from `module_path` (default: beside orvhost), with
+    // the working folder set to the module's folder while it loads so that
+    // the plug-in finds the service module in its Build folder. Fills the
+    // host slots and attaches. False with *error set on failure.
+    bool Load(const std::string& module_path, std::string* error);
+    // Frees the plug-in module (its application object goes with it).
+    void Unload();
+
+    PluginInterface* table() const { return table_; }
+    bool loaded() const { return table_ != nullptr; }
+
+    // The project the plug-in works on; the host keeps ownership.
+    void SetProject(ConfigNode* root);
+    ConfigNode* project() const { return project_; }
+    // Whether a host slot changed the project since the last call.
+    bool TakeModified();
+
+    // What the plug-in registered through host slot 30.
+    const std::vector<std::string>& toolchain() const { return toolchain_; }
+
+    // Where the plug-in's output-pane text goes; standard output by default.
+    void SetOutput(std::string* capture) { capture_ = capture; }
+
+    // The host slots, also used directly by the host's own code.
+    static AdsWord ADS_CALL CommitNode(ConfigNode* node, ConfigNode* edited);
+    static ConfigNode* ADS_CALL FindSettingNode(ConfigNode* node, const char* key, const char* flag_key);
+    static AdsWord ADS_CALL RunTool(const char* command, AdsWord handle, char* buffer, int size,
+                                    AdsWord* exit_code);
+    static AdsWord ADS_CALL WriteOutput(const char* text, AdsWord pane);
+    static AdsWord ADS_CALL HostCall23(AdsWord word);
+    static AdsWord ADS_CALL RegisterToolchain(const AdsToolchainRecord* record);
+    static int ADS_CALL IsOutOfDate(const char* target, ConfigNode* file);
+    static int ADS_CALL TranslateFile(const char* target, ConfigNode* file);
+    static int ADS_CALL MakeTarget(const char* target, ConfigNode* project);
+    static AdsWord ADS_CALL HostCall34(AdsWord a, AdsWord b, AdsWord c, AdsWord d);
+
+    // The processor list and defaults orvhost offers to the plug-in.
+    static const AdsHostDefaults& Defaults();
+
+private:
+    platform::Platform& platform_;
+    platform::LibraryHandle module_ = nullptr;
+    PluginInterface* table_ = nullptr;
+    ConfigNode* project_ = nullptr;
+    bool modified_ = false;
+    std::vector<std::string> toolchain_;
+    std::string* capture_ = nullptr;
+    std::string install_dir_;
+    std::string executable_;
+    AdsHostContext context_{};
+};
+
+// Makes `node` take the attributes and children of `edited`. Children whose
+// names match position by position are updated in place, so pointers into
+// the tree stay valid; the others are replaced by copies owned by the host.
+void CommitEdit(ConfigNode* node, const ConfigNode& edited);
+
+}  // namespace ads::host

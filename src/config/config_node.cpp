@@ -1,0 +1,270 @@
+#include "ads/config_node.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+
+namespace ads {
+
+namespace {
+bool SameName(const std::string& a, const char* b) {
+    return b != nullptr && *b != '\0' && !a.empty() && a == b;
+}
+}  // namespace
+
+ConfigNode::ConfigNode(std::string name) : name_(std::move(name)) {
+    sentinel_.prev = &sentinel_;
+    sentinel_.next = &sentinel_;
+}
+
+ConfigNode::~ConfigNode() {
+    if (parent_ != nullptr) parent_->DetachChild(this);
+    ClearChildren();
+    ClearAttributes();
+}
+
+ConfigNode::Attribute* ConfigNode::FindAttribute(const char* name) const {
+    if (name == nullptr || *name == '\0') return nullptr;
+    for (Attribute* a = sentinel_.next; a != &sentinel_; a = a->next) {
+        if (SameName(a->name, name)) return a;
+    }
+    return nullptr;
+}
+
+void ConfigNode::AppendAttribute(const char* name, const char* value) {
+    auto* a = new Attribute{name, value ? value : "", nullptr, nullptr};
+    Attribute* sentinel = &sentinel_;
+    a->prev = sentinel->prev;
+    a->next = sentinel;
+    sentinel->prev->next = a;
+    sentinel->prev = a;
+}
+
+const char* ConfigNode::GetAttribute(const char* name) const {
+    const Attribute* a = FindAttribute(name);
+    return a ? a->value.c_str() : nullptr;
+}
+
+const char* ConfigNode::GetAttributeInt(const char* name, int32_t* value) const {
+    const char* text = GetAttribute(name);
+    if (value != nullptr) *value = text ? std::atoi(text) : 0;
+    return text;
+}
+
+const char* ConfigNode::GetAttributeDouble(const char* name, double* value) const {
+    const char* text = GetAttribute(name);
+    if (value != nullptr) *value = text ? std::atof(text) : 0.0;
+    return text;
+}
+
+void ConfigNode::SetAttribute(const char* name, const char* value) {
+    if (name == nullptr) return;
+    if (Attribute* a = FindAttribute(name)) {
+        a->value = value ? value : "";
+        return;
+    }
+    AppendAttribute(name, value);
+}
+
+void ConfigNode::SetAttributeInt(const char* name, int32_t value) {
+    char text[16];
+    std::snprintf(text, sizeof text, "%d", value);
+    SetAttribute(name, text);
+}
+
+const ConfigNode::Attribute* ConfigNode::FirstAttribute() const {
+    return sentinel_.next == &sentinel_ ? nullptr : sentinel_.next;
+}
+
+const ConfigNode::Attribute* ConfigNode::NextAttribute(const Attribute* a) const {
+    if (a == nullptr || a->next == &sentinel_) return nullptr;
+    return a->next;
+}
+
+size_t ConfigNode::AttributeCount() const {
+    size_t n = 0;
+    for (const Attribute* a = sentinel_.next; a != &sentinel_; a = a->next) ++n;
+    return n;
+}
+
+void ConfigNode::ClearAttributes() {
+    Attribute* a = sentinel_.next;
+    while (a != &sentinel_) {
+        Attribute* next = a->next;
+        delete a;
+        a = next;
+    }
+    sentinel_.prev = sentinel_.next = &sentinel_;
+}
+
+void ConfigNode::AppendChild(ConfigNode* child) {
+    if (child == nullptr || child == this) return;
+    if (child->parent_ != nullptr) child->parent_->DetachChild(child);
+    child->parent_ = this;
+    child->prev_sibling_ = last_child_;
+    child->next_sibling_ = nullptr;
+    if (last_child_ != nullptr) {
+        last_child_->next_sibling_ = child;
+    } else {
+        first_child_ = child;
+    }
+    last_child_ = child;
+}
+
+void ConfigNode::InsertChildBefore(ConfigNode* child, ConfigNode* before) {
+    if (child == nullptr || child == this || child == before) return;
+    if (before == nullptr || before->parent_ != this) {
+        AppendChild(child);
+        return;
+    }
+    if (child->parent_ != nullptr) child->parent_->DetachChild(child);
+    child->parent_ = this;
+    child->next_sibling_ = before;
+    child->prev_sibling_ = before->prev_sibling_;
+    if (before->prev_sibling_) {
+        before->prev_sibling_->next_sibling_ = child;
+    } else {
+        first_child_ = child;
+    }
+    before->prev_sibling_ = child;
+}
+
+ConfigNode* ConfigNode::FindChild(const char* name) const {
+    for (ConfigNode* c = first_child_; c != nullptr; c = c->next_sibling_) {
+        if (SameName(c->name_, name)) return c;
+    }
+    return nullptr;
+}
+
+bool ConfigNode::DetachChild(ConfigNode* child) {
+    if (child == nullptr || child->parent_ != this) return false;
+    if (child->prev_sibling_) {
+        child->prev_sibling_->next_sibling_ = child->next_sibling_;
+    } else {
+        first_child_ = child->next_sibling_;
+    }
+    if (child->next_sibling_) {
+        child->next_sibling_->prev_sibling_ = child->prev_sibling_;
+    } else {
+        last_child_ = child->prev_sibling_;
+    }
+    child->parent_ = child->prev_sibling_ = child->next_sibling_ = nullptr;
+    return true;
+}
+
+bool ConfigNode::RemoveChild(ConfigNode* child) {
+    if (!DetachChild(child)) return false;
+    delete child;
+    return true;
+}
+
+void ConfigNode::ClearChildren() {
+    // Destroys the subtree without recursion: before a child is destroyed its
+    // own children are moved up into this node's list, right behind it, so
+    // every destructor that runs sees a node without children.
+    while (ConfigNode* c = first_child_) {
+        if (ConfigNode* f = c->first_child_) {
+            ConfigNode* l = c->last_child_;
+            for (ConfigNode* n = f; n != nullptr; n = n->next_sibling_) n->parent_ = this;
+            l->next_sibling_ = c->next_sibling_;
+            if (c->next_sibling_) {
+                c->next_sibling_->prev_sibling_ = l;
+            } else {
+                last_child_ = l;
+            }
+            c->next_sibling_ = f;
+            f->prev_sibling_ = c;
+            c->first_child_ = c->last_child_ = nullptr;
+        }
+        DetachChild(c);
+        delete c;
+    }
+}
+
+ConfigNode* ConfigNode::Root() {
+    ConfigNode* n = this;
+    while (n->parent_ != nullptr) n = n->parent_;
+    return n;
+}
+
+namespace {
+ConfigNode* ShallowCopy(const ConfigNode& src) {
+    auto* copy = new ConfigNode(src.Name());
+    copy->SetUserWord(src.UserWord());
+    for (const auto* a = src.FirstAttribute(); a; a = src.NextAttribute(a)) {
+        // Copy record by record: an empty name is kept even though it can
+        // never be found, and repeated empty names stay repeated.
+        copy->SetAttribute(a->name.c_str(), a->value.c_str());
+    }
+    return copy;
+}
+}  // namespace
+
+ConfigNode* ConfigNode::Clone() const {
+    std::unique_ptr<ConfigNode> root(ShallowCopy(*this));
+    // Pre-order walk of the source with d always the copy of s.
+    const ConfigNode* s = this;
+    ConfigNode* d = root.get();
+    for (;;) {
+        if (s->first_child_ != nullptr) {
+            s = s->first_child_;
+            ConfigNode* c = ShallowCopy(*s);
+            d->AppendChild(c);
+            d = c;
+            continue;
+        }
+        while (s != this && s->next_sibling_ == nullptr) {
+            s = s->parent_;
+            d = d->parent_;
+        }
+        if (s == this) break;
+        s = s->next_sibling_;
+        ConfigNode* c = ShallowCopy(*s);
+        d->parent_->AppendChild(c);
+        d = c;
+    }
+    return root.release();
+}
+
+void WalkTree(ConfigNode* start, const WalkCallback& callback) {
+    // The walk is defined recursively:
+    //   Walk(n): for (cur = n; cur; cur = cur->first child) {
+    //              if (callback(cur)) break;
+    //              Walk(cur->next sibling);
+    //            }
+    // Each open call ("frame") has moved from its start node down a chain of
+    // first children; a frame other than the outermost starts at a node that
+    // has a previous sibling, and its caller waits at that previous sibling.
+    // So the frames can be found again from the tree itself and no stack is
+    // needed at all.
+    if (start == nullptr) return;
+    ConfigNode* cur = start;
+    bool resuming = false;  // back in the frame at cur after its sibling walk
+    for (;;) {
+        bool frame_done = false;
+        if (!resuming) {
+            if (callback(cur)) {
+                frame_done = true;
+            } else if (cur->NextSibling() != nullptr) {
+                cur = cur->NextSibling();  // open the sibling walk
+                continue;
+            }
+        }
+        resuming = false;
+        if (!frame_done) {
+            if (cur->FirstChild() != nullptr) {
+                cur = cur->FirstChild();
+                continue;
+            }
+        }
+        // The frame that holds cur has ended: climb to its start.
+        ConfigNode* s = cur;
+        while (s != start && s->PrevSibling() == nullptr) s = s->Parent();
+        if (s == start) return;
+        cur = s->PrevSibling();
+        resuming = true;
+    }
+}
+
+}  // namespace ads

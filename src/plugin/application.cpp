@@ -1,0 +1,248 @@
+#include "plugin/application.h"
+
+#include <cstring>
+
+#include "debug/debug_options.h"
+#include "import/project_import.h"
+#include "plugin/slots.h"
+
+namespace ads::plugin {
+
+const char kServiceModule[] = "Build\\OrvMake.dll";
+const char kServiceEntry[] = "OrvMakeEntry";
+
+namespace {
+Application* g_active = nullptr;
+const char kInstallToolFailed[] = "\r\ninstall tool failed!\r\n";
+const char kNoCurrentTarget[] = "\r\nplease setting the current target!\r\n";
+}  // namespace
+
+// The host's services, reached through the host slots of the table. The
+// plug-in never tests these slots for null: the host fills them.
+class Application::SlotHost : public config::HostApi {
+public:
+    explicit SlotHost(PluginInterface* table) : t_(table) {}
+
+    void Commit(ConfigNode* node, ConfigNode* edited) override { t_->CommitNode(node, edited); }
+    ConfigNode* FindSettingNode(ConfigNode* node, const char* key, const char* flag_key) override {
+        return t_->FindSettingNode(node, key, flag_key);
+    }
+    config::ToolRun RunTool(const std::string& command, int buffer_size) override {
+        std::vector<char> buffer(buffer_size > 0 ? static_cast<size_t>(buffer_size) : 1, '\0');
+        AdsWord exit_code = 0;
+        config::ToolRun run;
+        run.ok = t_->RunTool(command.c_str(), 0, buffer.data(), buffer_size, &exit_code) != 0;
+        run.exit_code = static_cast<int>(exit_code);
+        buffer.back() = '\0';
+        run.output = buffer.data();
+        return run;
+    }
+    void Write(const std::string& text) override { t_->WriteOutput(text.c_str(), 0); }
+    bool IsOutOfDate(const std::string& target, ConfigNode* file) override {
+        return t_->IsOutOfDate(target.c_str(), file) != 0;
+    }
+    bool TranslateFile(const std::string& target, ConfigNode* file) override {
+        return t_->TranslateFile(target.c_str(), file) != 0;
+    }
+    bool MakeTarget(const std::string& target, ConfigNode* project) override {
+        return t_->MakeTarget(target.c_str(), project) != 0;
+    }
+
+private:
+    PluginInterface* t_;
+};
+
+Application::Application(platform::Platform& platform)
+    : platform_(platform), table_{}, services_{}, context_{}, toolchain_(&platform),
+      engine_(nullptr) {
+    std::memset(&services_, 0, sizeof services_);
+    host_ = std::make_unique<SlotHost>(&table_);
+    engine_ = build::BuildEngine(host_.get());
+    std::memset(&services_, 0, sizeof services_);
+
+    // The host's build-service module, found relative to the host's working
+    // folder. A module without its entry is a broken installation: the entry
+    // is called without a test, as the host expects.
+    if (platform::LibraryHandle module = platform_.libraries->Load(kServiceModule)) {
+        services_.module[0] = reinterpret_cast<AdsWord>(module);
+        services_.module[1] = reinterpret_cast<AdsWord>(module);
+        std::memset(services_.name, 0, sizeof services_.name);
+        std::memcpy(services_.name, "ADS", 4);
+        auto entry = reinterpret_cast<AdsServiceEntry>(platform_.libraries->Symbol(module, kServiceEntry));
+        entry(&services_);
+    }
+
+    initialised_ = true;
+    option_model_ = config::BuiltinDefaults();
+    dialog_ = [](ConfigNode*, int) { return DialogOutcome{}; };
+}
+
+Application::~Application() {
+    if (g_active == this) g_active = nullptr;
+    // Deliberate: a service module that cannot be freed (also one that never
+    // loaded) ends the process with the system's last error code.
+    auto module = reinterpret_cast<platform::LibraryHandle>(services_.module[1]);
+    if (!platform_.libraries->Free(module)) {
+        platform_.process->Exit(platform_.libraries->LastError());
+    }
+}
+
+Application* Application::Active() { return g_active; }
+
+void Application::Write(const std::string& text) { host_->Write(text); }
+
+build::BuildContext Application::Context() const {
+    build::BuildContext c;
+    c.project_root = project_root_;
+    c.configuration = current_configuration_;
+    c.target = current_target_;
+    return c;
+}
+
+bool Application::SetUpToolchain() {
+    return toolchain_.Setup([this](const std::array<std::string, 15>& texts) {
+        AdsToolchainRecord record;
+        for (size_t i = 0; i < texts.size(); ++i) record.text[i] = texts[i].c_str();
+        return table_.RegisterToolchain(&record) != 0;
+    });
+}
+
+void Application::FindCurrentConfiguration() {
+    current_configuration_ = config::FindCurrentConfiguration(project_root_, current_target_);
+}
+
+int Application::Attach(const AdsHostContext* context) {
+    if (context == nullptr) return 0;
+    host_defaults_ = config::HostDefaults();
+    if (const AdsHostDefaults* d = context->defaults) {
+        if (d->vendor) host_defaults_.vendor = d->vendor;
+        if (d->device) host_defaults_.device = d->device;
+        for (const char* const* p = d->processors; p != nullptr && *p != nullptr; ++p) {
+            host_defaults_.processors.emplace_back(*p);
+        }
+    }
+    SetUpToolchain();
+    context_ = *context;
+    attached_ = true;
+    return 1;
+}
+
+void Application::InstallTool(ConfigNode* node) {
+    if (node == nullptr) return;
+    project_root_ = node->Root();
+    if (!SetUpToolchain()) Write(kInstallToolFailed);
+    FindCurrentConfiguration();
+}
+
+void Application::SetCurrentTarget(AdsWord host_word, const char* target) {
+    if (host_word == 0 || target == nullptr) return;
+    SetUpToolchain();
+    current_target_ = target;
+    FindCurrentConfiguration();
+    if (project_root_ == nullptr) return;
+    if (ConfigNode* files = project_root_->FindChild("Files")) {
+        build::BuildContext c = Context();
+        WalkTree(files, [&](ConfigNode* n) { return engine_.UpdateNode(c, n); });
+    }
+}
+
+int Application::ShowSettings(ConfigNode* node) {
+    if (node == nullptr) return -1;
+    int32_t kind = 0;
+    node->GetAttributeInt("FileType", &kind);
+    if (kind == 0) {
+        if (node->Name() == "OrvaneProject") kind = config::kKindProject;
+        else if (node->Name() == "Filter") kind = config::kKindFolder;
+    }
+    settings_kind_ = kind;
+    const char* path = node->GetAttribute("RelativePath");
+    settings_path_ = path ? path : "";
+
+    config::TargetSettingsReader reader(&targets_, current_target_, &host_defaults_, kind);
+    WalkTree(project_root_, [&](ConfigNode* n) { return reader(n); });
+    bool have_current = false;
+    for (const config::TargetRecord& r : targets_) {
+        if (r.current) {
+            have_current = true;
+            break;
+        }
+    }
+    if (!have_current) {
+        Write(kNoCurrentTarget);
+        return 0;
+    }
+
+    DialogOutcome outcome = dialog_(node, kind);
+    if (outcome.changed) {
+        // The next build rebuilds everything.
+        FindCurrentConfiguration();
+        config::EditNode(*host_, current_configuration_,
+                         [](ConfigNode* c) { c->SetAttributeInt("ADS_ReBuild", 1); });
+    }
+    return outcome.result;
+}
+
+int Application::ImportProject(const char* path, int arg) {
+    if (path == nullptr || arg == 0) return 0;
+    return import::ImportProject(*host_, project_root_, path, arg);
+}
+
+int Application::BuildTarget(AdsWord arg) { return engine_.BuildTarget(Context(), arg); }
+
+int Application::CompileFile(ConfigNode* file) {
+    if (file == nullptr) return 0;
+    return engine_.CompileFile(Context(), file);
+}
+
+AdsWord Application::ForwardHostCall34(AdsWord a, AdsWord b, AdsWord c, AdsWord d) {
+    return table_.HostCall34(a, b, c, d);
+}
+
+void Application::Clean() { engine_.Clean(Context()); }
+
+void Application::OnEvent(int32_t code, const char* text) {
+    if (text == nullptr) return;
+    if (code != 2) return;  // only "the current target changed" is handled
+    current_target_ = text;
+    build::BuildContext c = Context();
+    WalkTree(project_root_, [&](ConfigNode* n) { return engine_.UpdateNode(c, n); });
+}
+
+void* Application::GetDebugOptions(ConfigNode* node) {
+    if (node == nullptr) return nullptr;
+    return debug::GetDebugOptions(node);
+}
+
+int Application::LookupKeyed(const char* key) {
+    if (key == nullptr) return 0;
+    return 0;
+}
+
+AdsWord Application::GetSearchPath(const char* text, int /*arg*/, AdsWord /*word*/) {
+    if (text == nullptr) return 0;
+    return 0;
+}
+
+const char* Application::GetFileBuildText(char* text, AdsWord project, ConfigNode* node, int flag) {
+    if (flag == 0) {
+        file_build_text_.clear();
+        return file_build_text_.c_str();
+    }
+    if (project == 0 || node == nullptr) return text;
+    if (!engine_.CommandFor(Context(), node, &file_build_text_)) file_build_text_.clear();
+    return file_build_text_.c_str();
+}
+
+void Application::ParseOutput(const char* text, int length) {
+    if (text == nullptr) return;
+    std::string pane = parser_.Parse(text, length > 0 ? static_cast<size_t>(length) : 0);
+    table_.WriteOutput(pane.c_str(), 0);
+}
+
+PluginInterface* Application::GetInterface() {
+    g_active = this;
+    WritePluginSlots(&table_);
+    return &table_;
+}
+
+}  // namespace ads::plugin

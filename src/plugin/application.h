@@ -1,0 +1,122 @@
+// The application object: owns everything the plug-in keeps between the
+// host's calls. The module holds one static instance (module.cpp); tests
+// build their own over a fake platform.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "ads/plugin_abi.h"
+#include "build/build_engine.h"
+#include "build/output_parser.h"
+#include "config/defaults.h"
+#include "config/host_api.h"
+#include "config/target_settings.h"
+#include "platform/platform.h"
+#include "plugin/toolchain.h"
+
+namespace ads::plugin {
+
+constexpr int kIdOk = 1;
+constexpr int kIdCancel = 2;
+
+// The service module and its entry, relative to the host's working folder.
+extern const char kServiceModule[];       // "Build\OrvMake.dll"
+extern const char kServiceEntry[];        // "OrvMakeEntry"
+
+// What the settings dialog reports when it closes.
+struct DialogOutcome {
+    int result = kIdCancel;
+    bool changed = false;
+};
+
+class Application {
+public:
+    explicit Application(platform::Platform& platform);
+    // Frees the service module; when that fails the whole process ends with
+    // the system's last error code as its exit status.
+    ~Application();
+
+    Application(const Application&) = delete;
+    Application& operator=(const Application&) = delete;
+
+    // Writes the plug-in slots (never the host's) and makes this object the
+    // one the slots reach.
+    PluginInterface* GetInterface();
+    static Application* Active();
+
+    // The work of the plug-in slots; each is reached through slots.cpp,
+    // which keeps exceptions inside the module.
+    int Attach(const AdsHostContext* context);
+    void InstallTool(ConfigNode* node);
+    void SetCurrentTarget(AdsWord host_word, const char* target);
+    int ShowSettings(ConfigNode* node);
+    int ImportProject(const char* path, int arg);
+    int BuildTarget(AdsWord arg);
+    int CompileFile(ConfigNode* file);
+    AdsWord ForwardHostCall34(AdsWord a, AdsWord b, AdsWord c, AdsWord d);
+    void Clean();
+    void OnEvent(int32_t code, const char* text);
+    void* GetDebugOptions(ConfigNode* node);
+    int LookupKeyed(const char* key);
+    AdsWord GetSearchPath(const char* text, int arg, AdsWord word);
+    const char* GetFileBuildText(char* text, AdsWord project, ConfigNode* node, int flag);
+    void ParseOutput(const char* text, int length);
+
+    // Writes a message to the build output pane (host slot 17).
+    void Write(const std::string& text);
+
+    // The settings dialog, run modally for a node of a given kind.
+    using SettingsDialog = std::function<DialogOutcome(ConfigNode* node, int kind)>;
+    void SetSettingsDialog(SettingsDialog dialog) { dialog_ = std::move(dialog); }
+
+    // State, for the subsystems and for tests.
+    bool initialised() const { return initialised_; }
+    const AdsHostServices& services() const { return services_; }
+    const AdsHostContext& context() const { return context_; }
+    bool attached() const { return attached_; }
+    const config::HostDefaults& host_defaults() const { return host_defaults_; }
+    ConfigNode* project_root() const { return project_root_; }
+    ConfigNode* current_configuration() const { return current_configuration_; }
+    const std::string& current_target() const { return current_target_; }
+    const std::vector<config::TargetRecord>& targets() const { return targets_; }
+    const config::OptionModel& option_model() const { return option_model_; }
+    int settings_kind() const { return settings_kind_; }
+    const std::string& settings_path() const { return settings_path_; }
+    Toolchain& toolchain() { return toolchain_; }
+    config::HostApi& host() { return *host_; }
+    build::OutputParser& parser() { return parser_; }
+
+private:
+    class SlotHost;
+
+    bool SetUpToolchain();
+    void FindCurrentConfiguration();
+    build::BuildContext Context() const;
+
+    platform::Platform& platform_;
+    PluginInterface table_;
+    AdsHostServices services_;
+    AdsHostContext context_;
+    bool attached_ = false;
+    bool initialised_ = false;
+
+    std::unique_ptr<config::HostApi> host_;
+    config::HostDefaults host_defaults_;
+    ConfigNode* project_root_ = nullptr;
+    ConfigNode* current_configuration_ = nullptr;
+    std::string current_target_;
+    std::vector<config::TargetRecord> targets_;
+    config::OptionModel option_model_;
+    int settings_kind_ = 0;
+    std::string settings_path_;
+    Toolchain toolchain_;
+    build::BuildEngine engine_;
+    build::OutputParser parser_;
+    SettingsDialog dialog_;
+    std::string file_build_text_;
+};
+
+}  // namespace ads::plugin

@@ -1,0 +1,106 @@
+// The plug-in's entry points as the host sees them: plain functions that
+// reach the active application object. No exception leaves the module: each
+// slot catches what its work throws and answers as for a failure.
+#include "plugin/slots.h"
+
+#include "plugin/application.h"
+
+namespace ads::plugin {
+
+namespace {
+
+template <typename R, typename F>
+R Guard(R failure, F&& work) {
+    Application* app = Application::Active();
+    if (app == nullptr) return failure;
+    try {
+        return work(*app);
+    } catch (...) {
+        return failure;
+    }
+}
+
+template <typename F>
+void GuardVoid(F&& work) {
+    Application* app = Application::Active();
+    if (app == nullptr) return;
+    try {
+        work(*app);
+    } catch (...) {
+    }
+}
+
+int ADS_CALL SlotAttach(const AdsHostContext* context) {
+    return Guard(0, [&](Application& a) { return a.Attach(context); });
+}
+void ADS_CALL SlotInstallTool(AdsNode* node) {
+    GuardVoid([&](Application& a) { a.InstallTool(node); });
+}
+void ADS_CALL SlotSetCurrentTarget(AdsWord word, const char* target) {
+    GuardVoid([&](Application& a) { a.SetCurrentTarget(word, target); });
+}
+int ADS_CALL SlotShowSettings(AdsNode* node) {
+    return Guard(node ? 0 : -1, [&](Application& a) { return a.ShowSettings(node); });
+}
+int ADS_CALL SlotImportProject(const char* path, int arg) {
+    return Guard(0, [&](Application& a) { return a.ImportProject(path, arg); });
+}
+int ADS_CALL SlotBuildTarget(AdsWord arg) {
+    return Guard(0, [&](Application& a) { return a.BuildTarget(arg); });
+}
+int ADS_CALL SlotCompileFile(AdsNode* file) {
+    return Guard(0, [&](Application& a) { return a.CompileFile(file); });
+}
+AdsWord ADS_CALL SlotHostCall34Forward(AdsWord p, AdsWord q, AdsWord r, AdsWord s) {
+    return Guard(AdsWord{0}, [&](Application& a) { return a.ForwardHostCall34(p, q, r, s); });
+}
+void ADS_CALL SlotClean(void) {
+    GuardVoid([&](Application& a) { a.Clean(); });
+}
+void ADS_CALL SlotOnEvent(int32_t code, const char* text) {
+    GuardVoid([&](Application& a) { a.OnEvent(code, text); });
+}
+void* ADS_CALL SlotGetDebugOptions(AdsNode* node) {
+    return Guard(static_cast<void*>(nullptr), [&](Application& a) { return a.GetDebugOptions(node); });
+}
+void ADS_CALL SlotReserved11(void) {}
+int ADS_CALL SlotLookupKeyed(const char* key, AdsWord, AdsWord, AdsWord) {
+    return Guard(0, [&](Application& a) { return a.LookupKeyed(key); });
+}
+AdsWord ADS_CALL SlotGetSearchPath(const char* text, int arg, AdsWord word) {
+    return Guard(AdsWord{0}, [&](Application& a) { return a.GetSearchPath(text, arg, word); });
+}
+int ADS_CALL SlotReserved22(AdsWord, AdsWord, AdsWord) { return 0; }
+int ADS_CALL SlotReserved35(void) { return 0; }
+const char* ADS_CALL SlotGetFileBuildText(char* text, AdsWord project, AdsNode* node, int flag) {
+    return Guard(static_cast<const char*>(text),
+                 [&](Application& a) { return a.GetFileBuildText(text, project, node, flag); });
+}
+void ADS_CALL SlotParseOutput(const char* text, int length) {
+    GuardVoid([&](Application& a) { a.ParseOutput(text, length); });
+}
+
+}  // namespace
+
+void WritePluginSlots(PluginInterface* t) {
+    t->Attach = SlotAttach;
+    t->InstallTool = SlotInstallTool;
+    t->SetCurrentTarget = SlotSetCurrentTarget;
+    t->ShowSettings = SlotShowSettings;
+    t->ImportProject = SlotImportProject;
+    t->BuildTarget = SlotBuildTarget;
+    t->CompileFile = SlotCompileFile;
+    t->HostCall34Forward = SlotHostCall34Forward;
+    t->Clean = SlotClean;
+    t->OnEvent = SlotOnEvent;
+    t->GetDebugOptions = SlotGetDebugOptions;
+    t->Reserved11 = SlotReserved11;
+    t->LookupKeyed = SlotLookupKeyed;
+    t->GetSearchPath = SlotGetSearchPath;
+    t->Reserved22 = SlotReserved22;
+    t->Reserved35 = SlotReserved35;
+    t->GetFileBuildText = SlotGetFileBuildText;
+    t->ParseOutput = SlotParseOutput;
+}
+
+}  // namespace ads::plugin

@@ -1,0 +1,11 @@
+#pragma once
+
+#include "ads/plugin_abi.h"
+
+namespace ads::plugin {
+
+// Writes every plug-in slot of the table; host and idle slots are left as
+// they are.
+void WritePluginSlots(PluginInterface* table);
+
+}  // namespace ads::plugin

@@ -1,0 +1,133 @@
+// orvhost driven as a user drives it: a fresh folder, real files, the real
+// plug-in module beside orvhost, and nothing but the command line.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "platform/platform.h"
+#include "support/temp_dir.h"
+
+namespace ads {
+namespace {
+
+struct Outcome {
+    int status;
+    std::string output;
+};
+
+class OrvhostTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        dir = ads::testing::MakeTempDir("orvhost-e2e");
+        ASSERT_FALSE(dir.empty());
+        exe = fs().ExecutableDirectory() + "/orvhost";
+#ifdef _WIN32
+        exe += ".exe";
+#endif
+        ASSERT_TRUE(fs().FileExists(exe)) << exe;
+    }
+
+    static platform::FileSystem& fs() { return *platform::System().files; }
+
+    Outcome Orvhost(const std::vector<std::string>& args) {
+        std::string line = platform::QuoteArgument(exe);
+        for (const std::string& a : args) line += " " + platform::QuoteArgument(a);
+        platform::RunResult r = platform::System().runner->Run(line, dir, 1 << 20);
+        EXPECT_TRUE(r.started) << r.error;
+        return {r.exit_code, r.output};
+    }
+
+    std::string Path(const std::string& name) { return dir + "/" + name; }
+
+    void Write(const std::string& name, const std::string& text) {
+        std::string error;
+        ASSERT_TRUE(fs().WriteFileAtomically(Path(name), text, &error)) << error;
+    }
+
+    std::string Read(const std::string& name) {
+        std::string text;
+        fs().ReadFile(Path(name), &text);
+        return text;
+    }
+
+    // A bad-input run: status 2, one line that names the file, and the
+    // project file exactly as it was.
+    void ExpectRefused(const std::vector<std::string>& args, const std::string& names) {
+        std::string before = Read("demo.orv");
+        Outcome r = Orvhost(args);
+        EXPECT_EQ(2, r.status) << r.output;
+        EXPECT_NE(std::string::npos, r.output.find(names)) << r.output;
+        EXPECT_EQ(1, [&] { int n = 0; for (char c : r.output) n += c == '\n'; return n; }()) << r.output;
+        EXPECT_EQ(before, Read("demo.orv"));
+    }
+
+    std::string dir, exe;
+};
+
+TEST_F(OrvhostTest, NewAddTargetAddFileAndShow) {
+    Outcome r = Orvhost({"new", "demo.orv"});
+    ASSERT_EQ(0, r.status) << r.output;
+    ASSERT_TRUE(fs().FileExists(Path("demo.orv")));
+    ASSERT_EQ(0, Orvhost({"add-target", "demo.orv", "Debug"}).status);
+    ASSERT_EQ(0, Orvhost({"add-target", "demo.orv", "Release \xE9t\xE9 \"2\""}).status);
+    fs().CreateDirectory(Path("src"));
+    Write("src/main.c", "int main(void) { return 0; }\n");
+    Write("start.s", "  AREA x\n");
+    r = Orvhost({"add-file", "demo.orv", "src/main.c", "--group", "Sources/C"});
+    ASSERT_EQ(0, r.status) << r.output;
+    ASSERT_EQ(0, Orvhost({"add-file", "demo.orv", Path("start.s")}).status);
+
+    r = Orvhost({"show", "demo.orv"});
+    ASSERT_EQ(0, r.status) << r.output;
+    const char* expected[] = {
+        "project 'demo' (demo.orv)",
+        "  Debug\n    Name = Debug",
+        "  Release \xE9t\xE9 \"2\"",
+        "  Sources/\n    C/\n      src\\main.c (C)",
+        "  start.s (assembler)",
+    };
+    for (const char* text : expected) EXPECT_NE(std::string::npos, r.output.find(text)) << text << "\n" << r.output;
+
+    r = Orvhost({"show", "demo.orv", "--target", "Release \xE9t\xE9 \"2\""});
+    EXPECT_EQ(0, r.status) << r.output;
+    EXPECT_EQ(std::string::npos, r.output.find("  Debug\n"));
+}
+
+TEST_F(OrvhostTest, BadInputIsRefusedWithOneLineAndTheProjectUntouched) {
+    ASSERT_EQ(0, Orvhost({"new", "demo.orv"}).status);
+    ASSERT_EQ(0, Orvhost({"add-target", "demo.orv", "Debug"}).status);
+    Write("main.c", "\n");
+    ASSERT_EQ(0, Orvhost({"add-file", "demo.orv", "main.c"}).status);
+
+    ExpectRefused({"new", "demo.orv"}, "demo.orv: already exists");
+    ExpectRefused({"add-target", "demo.orv", "Debug"}, "demo.orv: target 'Debug' exists already");
+    ExpectRefused({"add-file", "demo.orv", "main.c"}, "'main.c' is in the project already");
+    ExpectRefused({"add-file", "demo.orv", "nothere.c"}, "nothere.c: no such file");
+    ExpectRefused({"show", "demo.orv", "--target", "Nope"}, "demo.orv: no target named 'Nope'");
+    ExpectRefused({"add-target", "demo.orv"}, "usage: orvhost add-target");
+    ExpectRefused({"frobnicate"}, "unknown command 'frobnicate'");
+    ExpectRefused({"show", "missing.orv"}, "missing.orv");
+}
+
+TEST_F(OrvhostTest, AMalformedProjectIsNamedWithItsLineAndNeverRewritten) {
+    const std::string broken = "<?xml version=\"1.0\"?>\n<OrvaneProject Name=\"x\">\n  <Files>\n</OrvaneProject>\n";
+    Write("demo.orv", broken);
+    ExpectRefused({"add-target", "demo.orv", "Debug"}, "demo.orv: line");
+    ExpectRefused({"show", "demo.orv"}, "demo.orv: line");
+    EXPECT_EQ(broken, Read("demo.orv"));
+    Write("demo.orv", "<Other/>\n");
+    ExpectRefused({"show", "demo.orv"}, "demo.orv: not an orvhost project");
+}
+
+TEST_F(OrvhostTest, HelpTellsTheCommands) {
+    Outcome r = Orvhost({"--help"});
+    EXPECT_EQ(0, r.status);
+    for (const char* command : {"new PROJECT", "add-target PROJECT NAME", "add-file PROJECT PATH", "show PROJECT"}) {
+        EXPECT_NE(std::string::npos, r.output.find(command)) << command;
+    }
+    EXPECT_EQ(2, Orvhost({}).status);
+}
+
+}  // namespace
+}  // namespace ads

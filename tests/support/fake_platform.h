@@ -1,0 +1,142 @@
+// A platform whose services a test controls: libraries that load or not,
+// a process exit that is recorded instead of taken, an in-memory file
+// system for the few calls the plug-in makes.
+#pragma once
+
+#include <map>
+#include <set>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include "platform/platform.h"
+
+namespace ads::testing {
+
+class FakeLibraries : public platform::Libraries {
+public:
+    std::map<std::string, void*> modules;          // name -> handle
+    std::map<std::string, void*> symbols;          // symbol -> address
+    std::vector<std::string> loaded;               // names asked for
+    std::vector<void*> freed;
+    bool free_succeeds = true;
+    bool free_null_succeeds = false;  // only to let a test process survive
+    uint32_t last_error = 0;
+
+    platform::LibraryHandle Load(const std::string& name) override {
+        loaded.push_back(name);
+        auto it = modules.find(name);
+        if (it == modules.end()) {
+            last_error = 126;
+            return nullptr;
+        }
+        return it->second;
+    }
+    void* Symbol(platform::LibraryHandle, const char* name) override {
+        auto it = symbols.find(name);
+        return it == symbols.end() ? nullptr : it->second;
+    }
+    bool Free(platform::LibraryHandle handle) override {
+        freed.push_back(handle);
+        if (handle == nullptr && free_null_succeeds) return true;
+        if (handle == nullptr || !free_succeeds) {
+            last_error = handle == nullptr ? 6 : 5;
+            return false;
+        }
+        return true;
+    }
+    uint32_t LastError() override { return last_error; }
+};
+
+// Ends the process as the real one does: a test that reaches it by mistake
+// dies visibly, and death tests see the code.
+class FakeProcess : public platform::Process {
+public:
+    [[noreturn]] void Exit(uint32_t code) override { std::_Exit(static_cast<int>(code)); }
+};
+
+class FakeFiles : public platform::FileSystem {
+public:
+    std::set<std::string> files;
+    std::map<std::string, std::vector<platform::DirectoryEntry>> listings;
+    std::vector<std::string> cwd_history;
+    std::string cwd = "C:\\work";
+
+    bool FileExists(const std::string& path) override { return files.count(path) > 0; }
+    bool PathExists(const std::string& path) override { return files.count(path) > 0 || listings.count(path) > 0; }
+    bool IsDirectory(const std::string& path) override { return listings.count(path) > 0; }
+    uint32_t CreateDirectory(const std::string& path) override {
+        if (listings.count(path)) return platform::kErrorAlreadyExists;
+        listings[path];
+        return 0;
+    }
+    uint32_t DeleteFile(const std::string& path, std::string* message) override {
+        if (files.erase(path)) return 0;
+        if (message) *message = "The system cannot find the file specified.\r\n";
+        return platform::kErrorFileNotFound;
+    }
+    bool SetCurrentDirectory(const std::string& path) override {
+        cwd_history.push_back(path);
+        cwd = path;
+        return true;
+    }
+    std::string CurrentDirectory() override { return cwd; }
+    std::string FullPath(const std::string& path) override { return path; }
+    bool ListDirectory(const std::string& path, std::vector<platform::DirectoryEntry>* entries) override {
+        auto it = listings.find(path);
+        if (it == listings.end()) return false;
+        *entries = it->second;
+        return true;
+    }
+    std::string WindowsDirectory() override { return "C:\\WINDOWS"; }
+    bool ModificationTime(const std::string& path, int64_t* time) override {
+        *time = 0;
+        return files.count(path) > 0;
+    }
+    bool ReadFile(const std::string&, std::string*) override { return false; }
+    bool WriteFileAtomically(const std::string&, const std::string&, std::string* error) override {
+        *error = "read-only fake";
+        return false;
+    }
+    std::string ExecutableDirectory() override { return "C:\\Orvane"; }
+};
+
+class FakeUi : public platform::UserInterface {
+public:
+    std::vector<std::string> messages;
+    void MessageBox(const std::string& text, const std::string&) override { messages.push_back(text); }
+};
+
+class FakeEnvironment : public platform::Environment {
+public:
+    std::map<std::string, std::string> vars;
+    bool Get(const std::string& name, std::string* value) override {
+        auto it = vars.find(name);
+        if (it == vars.end()) return false;
+        *value = it->second;
+        return true;
+    }
+    void Set(const std::string& name, const std::string& value) override { vars[name] = value; }
+};
+
+class FakeRunner : public platform::ProcessRunner {
+public:
+    std::vector<std::string> commands;
+    platform::RunResult result;
+    platform::RunResult Run(const std::string& command, const std::string&, size_t) override {
+        commands.push_back(command);
+        return result;
+    }
+};
+
+struct FakePlatform {
+    FakeLibraries libraries;
+    FakeProcess process;
+    FakeFiles files;
+    FakeUi ui;
+    FakeEnvironment environment;
+    FakeRunner runner;
+    platform::Platform platform{&libraries, &files, &ui, &process, &environment, &runner};
+};
+
+}  // namespace ads::testing

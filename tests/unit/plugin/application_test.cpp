@@ -1,0 +1,468 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstring>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "plugin/application.h"
+#include "support/fake_platform.h"
+
+namespace ads::plugin {
+namespace {
+
+using ads::testing::FakePlatform;
+
+// What the host slots of a test host saw.
+struct Recorder {
+    std::string output;
+    std::vector<AdsWord> panes;
+    std::vector<std::pair<ConfigNode*, std::string>> commits;  // node and the edited copy's ReBuild
+    int registrations = 0;
+    AdsWord register_answer = 1;
+    std::vector<std::string> registered;
+    std::vector<AdsWord> call34;
+    AdsHostServices* entry_table = nullptr;
+};
+Recorder* g_rec = nullptr;
+
+void ADS_CALL FakeServiceEntry(AdsHostServices* services) {
+    g_rec->entry_table = services;
+    services->service[0] = 0xBEEF;
+}
+AdsWord ADS_CALL HostCommit(ConfigNode* node, ConfigNode* edited) {
+    const char* rebuild = edited->GetAttribute("ADS_ReBuild");
+    g_rec->commits.emplace_back(node, rebuild ? rebuild : "(none)");
+    return 1;
+}
+ConfigNode* ADS_CALL HostFindSetting(ConfigNode*, const char*, const char*) { return nullptr; }
+AdsWord ADS_CALL HostRun(const char*, AdsWord, char*, int, AdsWord*) { return 0; }
+AdsWord ADS_CALL HostWrite(const char* text, AdsWord pane) {
+    g_rec->output += text;
+    g_rec->panes.push_back(pane);
+    return 1;
+}
+AdsWord ADS_CALL Host23(AdsWord) { return 0; }
+AdsWord ADS_CALL HostRegister(const AdsToolchainRecord* record) {
+    ++g_rec->registrations;
+    g_rec->registered.assign(record->text, record->text + 15);
+    return g_rec->register_answer;
+}
+int ADS_CALL HostOutOfDate(const char*, ConfigNode*) { return 1; }
+int ADS_CALL HostTranslate(const char*, ConfigNode*) { return 0; }
+int ADS_CALL HostMake(const char*, ConfigNode*) { return 0; }
+AdsWord ADS_CALL Host34(AdsWord a, AdsWord b, AdsWord c, AdsWord d) {
+    g_rec->call34 = {a, b, c, d};
+    return a + b + c + d + 1000;
+}
+
+void FillHostSlots(PluginInterface* t) {
+    t->CommitNode = HostCommit;
+    t->FindSettingNode = HostFindSetting;
+    t->RunTool = HostRun;
+    t->WriteOutput = HostWrite;
+    t->HostCall23 = Host23;
+    t->RegisterToolchain = HostRegister;
+    t->IsOutOfDate = HostOutOfDate;
+    t->TranslateFile = HostTranslate;
+    t->MakeTarget = HostMake;
+    t->HostCall34 = Host34;
+}
+
+void* const kServiceHandle = reinterpret_cast<void*>(0x5000);
+
+class PluginTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        g_rec = &rec;
+        fake.libraries.modules["Build\\OrvMake.dll"] = kServiceHandle;
+        fake.libraries.symbols["OrvMakeEntry"] = reinterpret_cast<void*>(&FakeServiceEntry);
+    }
+    void TearDown() override { g_rec = nullptr; }
+
+    PluginInterface* Start() {
+        app = std::make_unique<Application>(fake.platform);
+        PluginInterface* t = app->GetInterface();
+        FillHostSlots(t);
+        return t;
+    }
+
+    // OrvaneProject with Configurations (Debug, Release) and Files.
+    void MakeProject() {
+        project = std::make_unique<ConfigNode>("OrvaneProject");
+        project->SetAttribute("Name", "demo");
+        auto* configs = new ConfigNode("Configurations");
+        project->AppendChild(configs);
+        for (const char* name : {"Debug", "Release"}) {
+            auto* c = new ConfigNode("Configuration");
+            c->SetAttribute("Name", name);
+            configs->AppendChild(c);
+        }
+        files = new ConfigNode("Files");
+        project->AppendChild(files);
+        file = new ConfigNode("File");
+        file->SetAttribute("RelativePath", "src\\main.c");
+        file->SetAttributeInt("FileType", 1);
+        files->AppendChild(file);
+    }
+    ConfigNode* Target(const char* name) { return config::FindCurrentConfiguration(project.get(), name); }
+
+    Recorder rec;
+    FakePlatform fake;
+    std::unique_ptr<Application> app;
+    std::unique_ptr<ConfigNode> project;
+    ConfigNode* files = nullptr;
+    ConfigNode* file = nullptr;
+};
+
+TEST_F(PluginTest, ConstructionLoadsTheServiceModuleAndCallsItsEntryWithTheTable) {
+    Start();
+    ASSERT_EQ(1u, fake.libraries.loaded.size());
+    EXPECT_EQ("Build\\OrvMake.dll", fake.libraries.loaded[0]);
+    const AdsHostServices& s = app->services();
+    EXPECT_EQ(&s, rec.entry_table);
+    EXPECT_STREQ("ADS", s.name);
+    EXPECT_EQ(reinterpret_cast<AdsWord>(kServiceHandle), s.module[0]);
+    EXPECT_EQ(reinterpret_cast<AdsWord>(kServiceHandle), s.module[1]);
+    EXPECT_EQ(0xBEEFu, s.service[0]);  // the entry's own words
+    EXPECT_TRUE(app->initialised());
+}
+
+TEST_F(PluginTest, AMissingServiceModuleLeavesTheServiceTableZeroed) {
+    fake.libraries.modules.clear();
+    app = std::make_unique<Application>(fake.platform);
+    AdsHostServices zero;
+    std::memset(&zero, 0, sizeof zero);
+    EXPECT_EQ(0, std::memcmp(&zero, &app->services(), sizeof zero));
+    EXPECT_EQ(nullptr, rec.entry_table);
+    EXPECT_TRUE(app->initialised());
+    // Unloading now ends the process (see the death tests); let this one live.
+    fake.libraries.free_null_succeeds = true;
+}
+
+TEST_F(PluginTest, TheOptionModelStartsFromTheBuiltInDefaults) {
+    Start();
+    const config::OptionModel& m = app->option_model();
+    EXPECT_EQ("{Project}", m.output_dir);
+    EXPECT_EQ("ARM Linker", m.linker_name);
+    EXPECT_EQ("(.s@armasm),(.c@armcc),(.cc&&.cpp@armcpp)", m.file_map);
+    EXPECT_EQ("ARM fromELF", m.post_link);
+    EXPECT_EQ("0,()", m.batch_file_params);
+    EXPECT_EQ(" -keep -split_ldm -g", m.armasm_params);
+    for (const std::string* s : {&m.armcc_params, &m.armcpp_params, &m.tcc_params, &m.tcpp_params}) {
+        EXPECT_EQ(" -O0 -g+", *s);
+    }
+    EXPECT_EQ("", m.spare_params);
+    EXPECT_EQ(" -elf", m.fromelf_params);
+    EXPECT_EQ("", m.user_app_file);
+    EXPECT_FALSE(m.has_user_app_file);
+}
+
+TEST_F(PluginTest, UnloadFreesTheServiceModule) {
+    Start();
+    app.reset();
+    ASSERT_EQ(1u, fake.libraries.freed.size());
+    EXPECT_EQ(kServiceHandle, fake.libraries.freed[0]);
+}
+
+TEST_F(PluginTest, GetInterfaceTwiceKeepsTheHostSlotsAndTheIdleOnes) {
+    PluginInterface* t = Start();
+    t->idle12 = reinterpret_cast<void*>(0x12);
+    t->idle24 = reinterpret_cast<void*>(0x24);
+    t->idle29 = reinterpret_cast<void*>(0x29);
+    t->Attach = nullptr;  // a plug-in slot the host overwrote by mistake
+    PluginInterface* again = app->GetInterface();
+    EXPECT_EQ(t, again);
+    EXPECT_EQ(&HostCommit, again->CommitNode);
+    EXPECT_EQ(&HostWrite, again->WriteOutput);
+    EXPECT_EQ(&HostRegister, again->RegisterToolchain);
+    EXPECT_EQ(&Host34, again->HostCall34);
+    EXPECT_EQ(reinterpret_cast<void*>(0x12), again->idle12);
+    EXPECT_EQ(reinterpret_cast<void*>(0x24), again->idle24);
+    EXPECT_EQ(reinterpret_cast<void*>(0x29), again->idle29);
+    EXPECT_NE(nullptr, again->Attach);  // plug-in slots are written again
+}
+
+TEST_F(PluginTest, GetInterfaceLeavesEveryHostAndIdleSlotUntouched) {
+    app = std::make_unique<Application>(fake.platform);
+    PluginInterface* t = app->GetInterface();
+    auto* words = reinterpret_cast<void**>(t);
+    const int plugin_slots[] = {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 20, 21, 22, 35, 36, 37};
+    for (int i = 0; i < kSlotCount; ++i) words[i] = reinterpret_cast<void*>(static_cast<uintptr_t>(0xA000 + i));
+    app->GetInterface();
+    for (int i = 0; i < kSlotCount; ++i) {
+        bool plugin = std::find(std::begin(plugin_slots), std::end(plugin_slots), i) != std::end(plugin_slots);
+        void* marker = reinterpret_cast<void*>(static_cast<uintptr_t>(0xA000 + i));
+        if (plugin) {
+            EXPECT_NE(marker, words[i]) << "slot " << i;
+            EXPECT_NE(nullptr, words[i]) << "slot " << i;
+        } else {
+            EXPECT_EQ(marker, words[i]) << "slot " << i;
+        }
+    }
+}
+
+TEST_F(PluginTest, AttachNeedsAContextAndKeepsACopyOfIt) {
+    PluginInterface* t = Start();
+    EXPECT_EQ(0, t->Attach(nullptr));
+    EXPECT_FALSE(app->attached());
+    EXPECT_EQ(0, rec.registrations);
+
+    const char* const processors[] = {"RAM(1)", "Cpu(ARM720T)", nullptr};
+    AdsHostDefaults defaults = {"Vendor", "Device", 0, processors, 0};
+    AdsHostContext context{};
+    context.instance = 11;
+    context.reserved8 = 99;
+    context.defaults = &defaults;
+    EXPECT_EQ(1, t->Attach(&context));
+    EXPECT_TRUE(app->attached());
+    EXPECT_EQ(0, std::memcmp(&context, &app->context(), sizeof context));
+    EXPECT_EQ("Vendor", app->host_defaults().vendor);
+    EXPECT_EQ("Device", app->host_defaults().device);
+    EXPECT_EQ((std::vector<std::string>{"RAM(1)", "Cpu(ARM720T)"}), app->host_defaults().processors);
+
+    AdsHostContext empty{};
+    EXPECT_EQ(1, t->Attach(&empty));  // any context will do
+}
+
+TEST_F(PluginTest, AttachRegistersTheLocatedToolchainWithFifteenTexts) {
+    PluginInterface* t = Start();
+    app->toolchain().SetCandidateSource([] { return std::vector<std::string>{"C:\\ADS\\Bin"}; });
+    fake.files.listings["C:\\ADS\\Bin"] = {{"armcc.exe", false, false}, {"zz.txt", false, false}};
+    fake.files.files.insert("C:\\ADS\\Bin\\armasm.exe");
+    AdsHostContext context{};
+    EXPECT_EQ(1, t->Attach(&context));
+    ASSERT_EQ(1, rec.registrations);
+    ASSERT_EQ(15u, rec.registered.size());
+    EXPECT_EQ("ADS", rec.registered[0]);
+    EXPECT_EQ("C:\\ADS\\Bin", rec.registered[1]);
+    EXPECT_EQ("C:\\ADS\\Bin\\armasm.exe", rec.registered[2]);
+    EXPECT_EQ("C:\\ADS\\Bin\\armar.exe", rec.registered[9]);
+    for (const std::string& text : rec.registered) EXPECT_FALSE(text.empty());
+}
+
+TEST_F(PluginTest, ARefusedRegistrationMakesInstallToolSaySo) {
+    MakeProject();
+    PluginInterface* t = Start();
+    app->toolchain().SetCandidateSource([] { return std::vector<std::string>{"C:\\ADS\\Bin"}; });
+    fake.files.listings["C:\\ADS\\Bin"] = {{"armcc.exe", false, false}, {"zz.txt", false, false}};
+    fake.files.files.insert("C:\\ADS\\Bin\\armasm.exe");
+    t->InstallTool(project.get());
+    EXPECT_EQ("", rec.output);
+    rec.register_answer = 0;
+    t->InstallTool(project.get());
+    EXPECT_EQ("\r\ninstall tool failed!\r\n", rec.output);
+}
+
+TEST_F(PluginTest, InstallToolRemembersTheRootAndReportsAFailedSetUp) {
+    MakeProject();
+    PluginInterface* t = Start();
+    t->InstallTool(nullptr);
+    EXPECT_EQ("", rec.output);
+    t->InstallTool(file);
+    EXPECT_EQ(project.get(), app->project_root());
+    // No tools anywhere: the registration is refused, and said so.
+    EXPECT_EQ("\r\ninstall tool failed!\r\n", rec.output);
+    EXPECT_EQ(std::vector<AdsWord>{0}, rec.panes);
+}
+
+TEST_F(PluginTest, SetCurrentTargetNeedsBothArguments) {
+    MakeProject();
+    PluginInterface* t = Start();
+    t->InstallTool(project.get());
+    t->SetCurrentTarget(0, "Debug");
+    EXPECT_EQ("", app->current_target());
+    t->SetCurrentTarget(1, nullptr);
+    EXPECT_EQ("", app->current_target());
+    t->SetCurrentTarget(1, "Release");
+    EXPECT_EQ("Release", app->current_target());
+    EXPECT_EQ(Target("Release"), app->current_configuration());
+    t->SetCurrentTarget(7, "Nope");
+    EXPECT_EQ("Nope", app->current_target());
+    EXPECT_EQ(nullptr, app->current_configuration());
+}
+
+TEST_F(PluginTest, OnEventHandlesOnlyTheTargetChange) {
+    MakeProject();
+    PluginInterface* t = Start();
+    t->InstallTool(project.get());
+    t->SetCurrentTarget(1, "Debug");
+    t->OnEvent(2, nullptr);
+    EXPECT_EQ("Debug", app->current_target());
+    for (int code : {0, 1, 3, -2, 200}) {
+        t->OnEvent(code, "Release");
+        EXPECT_EQ("Debug", app->current_target()) << code;
+    }
+    t->OnEvent(2, "Release");
+    EXPECT_EQ("Release", app->current_target());
+}
+
+TEST_F(PluginTest, ShowSettingsWithoutACurrentTargetSaysSoAndOpensNothing) {
+    MakeProject();
+    PluginInterface* t = Start();
+    int dialogs = 0;
+    app->SetSettingsDialog([&](ConfigNode*, int) { return ++dialogs, DialogOutcome{kIdOk, true}; });
+    t->InstallTool(project.get());
+    rec.output.clear();
+    EXPECT_EQ(-1, t->ShowSettings(nullptr));
+    EXPECT_EQ(0, t->ShowSettings(project.get()));
+    EXPECT_EQ("\r\nplease setting the current target!\r\n", rec.output);
+    t->SetCurrentTarget(1, "Missing");
+    rec.output.clear();
+    EXPECT_EQ(0, t->ShowSettings(file));
+    EXPECT_EQ("\r\nplease setting the current target!\r\n", rec.output);
+    EXPECT_EQ(0, dialogs);
+    EXPECT_TRUE(rec.commits.empty());
+}
+
+TEST_F(PluginTest, ShowSettingsClassifiesTheNodeForTheDialog) {
+    MakeProject();
+    PluginInterface* t = Start();
+    t->InstallTool(project.get());
+    t->SetCurrentTarget(1, "Debug");
+    auto* folder = new ConfigNode("Filter");
+    files->AppendChild(folder);
+    auto* typed_folder = new ConfigNode("Filter");
+    typed_folder->SetAttributeInt("FileType", 3);
+    files->AppendChild(typed_folder);
+    auto* other = new ConfigNode("Group");
+    files->AppendChild(other);
+    struct Row {
+        ConfigNode* node;
+        int kind;
+    } rows[] = {{project.get(), 8}, {folder, 7}, {file, 1}, {typed_folder, 3}, {other, 0}};
+    for (const Row& row : rows) {
+        int seen = -1;
+        app->SetSettingsDialog([&](ConfigNode*, int kind) { return seen = kind, DialogOutcome{}; });
+        EXPECT_EQ(kIdCancel, t->ShowSettings(row.node));
+        EXPECT_EQ(row.kind, seen) << row.node->Name();
+        EXPECT_EQ(row.kind, app->settings_kind());
+    }
+    t->ShowSettings(file);
+    EXPECT_EQ("src\\main.c", app->settings_path());
+    // The reader ran: both targets are known and Debug is the current one.
+    ASSERT_EQ(2u, app->targets().size());
+    EXPECT_TRUE(app->targets()[0].current);
+    EXPECT_FALSE(app->targets()[1].current);
+}
+
+TEST_F(PluginTest, ShowSettingsCancelledChangesNothing) {
+    MakeProject();
+    PluginInterface* t = Start();
+    t->InstallTool(project.get());
+    t->SetCurrentTarget(1, "Debug");
+    EXPECT_EQ(kIdCancel, t->ShowSettings(project.get()));
+    EXPECT_TRUE(rec.commits.empty());
+    EXPECT_EQ(nullptr, Target("Debug")->GetAttribute("ADS_ReBuild"));
+}
+
+TEST_F(PluginTest, AChangedSettingAsksTheNextBuildToRebuildThroughACommit) {
+    MakeProject();
+    PluginInterface* t = Start();
+    t->InstallTool(project.get());
+    t->SetCurrentTarget(1, "Release");
+    app->SetSettingsDialog([](ConfigNode*, int) { return DialogOutcome{kIdOk, true}; });
+    EXPECT_EQ(kIdOk, t->ShowSettings(file));
+    ASSERT_EQ(1u, rec.commits.size());
+    EXPECT_EQ(Target("Release"), rec.commits[0].first);
+    EXPECT_EQ("1", rec.commits[0].second);
+    // The node itself is the host's: only the commit may change it.
+    EXPECT_EQ(nullptr, Target("Release")->GetAttribute("ADS_ReBuild"));
+}
+
+TEST_F(PluginTest, ReservedSlotsDoNothing) {
+    PluginInterface* t = Start();
+    t->Reserved11();
+    EXPECT_EQ(0, t->Reserved22(1, 2, 3));
+    EXPECT_EQ(0, t->Reserved35());
+    EXPECT_EQ("", rec.output);
+}
+
+TEST_F(PluginTest, Slot7ForwardsItsArgumentsToHostSlot34) {
+    PluginInterface* t = Start();
+    EXPECT_EQ(1000u + 1 + 2 + 3 + 4, t->HostCall34Forward(1, 2, 3, 4));
+    EXPECT_EQ((std::vector<AdsWord>{1, 2, 3, 4}), rec.call34);
+}
+
+TEST_F(PluginTest, NullArgumentsReturnAtOnce) {
+    PluginInterface* t = Start();
+    EXPECT_EQ(0, t->ImportProject(nullptr, 1));
+    EXPECT_EQ(0, t->ImportProject("x.xml", 0));
+    EXPECT_EQ(0, t->CompileFile(nullptr));
+    EXPECT_EQ(nullptr, t->GetDebugOptions(nullptr));
+    EXPECT_EQ(0, t->LookupKeyed(nullptr, 0, 0, 0));
+    EXPECT_EQ(0u, t->GetSearchPath(nullptr, 0, 0));
+    t->ParseOutput(nullptr, 5);
+    t->Clean();
+    EXPECT_EQ(0, t->BuildTarget(0));
+    EXPECT_EQ("", rec.output);
+    EXPECT_TRUE(rec.commits.empty());
+}
+
+TEST_F(PluginTest, FileBuildTextFollowsItsArgumentRules) {
+    MakeProject();
+    PluginInterface* t = Start();
+    char buffer[] = "caller's text";
+    const char* empty = t->GetFileBuildText(buffer, 1, file, 0);
+    ASSERT_NE(nullptr, empty);
+    EXPECT_STREQ("", empty);
+    EXPECT_NE(buffer, empty);
+    EXPECT_EQ(buffer, t->GetFileBuildText(buffer, 0, file, 1));
+    EXPECT_EQ(buffer, t->GetFileBuildText(buffer, 1, nullptr, 1));
+    EXPECT_STREQ("caller's text", buffer);
+    // With everything given the plug-in answers from its own text.
+    const char* text = t->GetFileBuildText(buffer, 1, file, 1);
+    EXPECT_NE(buffer, text);
+}
+
+TEST_F(PluginTest, ParseOutputWritesWhatTheParserReturnsToTheBuildPane) {
+    PluginInterface* t = Start();
+    app->parser().SetLinkStep();
+    const char text[] = "Error: L6218E: Undefined symbol x (referred from a.o).\n"
+                        "Finished: 0 information, 2 warning and 1 error messages.\n";
+    t->ParseOutput(text, static_cast<int>(sizeof text - 1));
+    EXPECT_EQ("Error: L6218E: Undefined symbol x (referred from a.o).\n", rec.output);
+    ASSERT_FALSE(rec.panes.empty());
+    EXPECT_EQ(0u, rec.panes.back());
+    EXPECT_EQ(1, app->parser().errors());
+    EXPECT_EQ(2, app->parser().warnings());
+}
+
+TEST_F(PluginTest, NoSlotReachesAnApplicationThatIsGone) {
+    PluginInterface copy;
+    {
+        PluginInterface* t = Start();
+        copy = *t;
+        app.reset();
+    }
+    EXPECT_EQ(0, copy.Attach(nullptr));
+    AdsHostContext context{};
+    EXPECT_EQ(0, copy.Attach(&context));
+    EXPECT_EQ(-1, copy.ShowSettings(nullptr));
+}
+
+// The real process exit: the application object ends the process with the
+// system's last error code when the service module cannot be freed, also
+// when it never loaded.
+void UnloadWith(bool module_loads) {
+    ads::testing::FakeLibraries libraries;
+    if (module_loads) libraries.modules["Build\\OrvMake.dll"] = kServiceHandle;
+    libraries.symbols["OrvMakeEntry"] = reinterpret_cast<void*>(&FakeServiceEntry);
+    libraries.free_succeeds = false;
+    Recorder r;
+    g_rec = &r;
+    platform::Platform real = platform::System();
+    real.libraries = &libraries;
+    { Application doomed(real); }
+    std::exit(0);
+}
+
+TEST(PluginUnloadDeathTest, AServiceModuleThatCannotBeFreedEndsTheProcessWithTheLastError) {
+    ::testing::FLAGS_gtest_death_test_style = "threadsafe";
+    EXPECT_EXIT(UnloadWith(true), ::testing::ExitedWithCode(5), "");
+    EXPECT_EXIT(UnloadWith(false), ::testing::ExitedWithCode(6), "");
+}
+
+}  // namespace
+}  // namespace ads::plugin
