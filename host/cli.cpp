@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <memory>
 
+#include "cli_config.h"
 #include "plugin_host.h"
 #include "project_file.h"
 
@@ -24,10 +25,17 @@ const char kUsage[] =
     "                                   add a source file, optionally in a group\n"
     "                                   (nested groups as A/B)\n"
     "  show PROJECT [--target NAME]     print the project's targets and files\n"
+    "  config set-tools-dir DIR         look for the ADS tools in DIR first\n"
+    "  config set-ads-home DIR [--version NAME]\n"
+    "                                   record DIR as the ADS installation (DIR\\Bin\n"
+    "                                   holds the tools), as the ADS installer does\n"
+    "  config show                      print where the plug-in finds the tools\n"
     "  --help                           print this text\n"
     "\n"
     "exit status: 0 done, 1 errors in the work, 2 bad input.\n"
-    "environment: ORVANE_PLUGIN names another plug-in module to load.\n";
+    "environment: ORVANE_PLUGIN names another plug-in module to load;\n"
+    "ORVANE_CONFIG names orvhost's configuration file; ORVANE_REGISTRY names\n"
+    "the .reg file that holds the registry (on Windows instead of the real one).\n";
 
 struct Failure {
     std::string message;
@@ -346,6 +354,7 @@ int RunCli(const std::vector<std::string>& args, platform::Platform& platform) {
         if (command == "add-target") return CommandAddTarget(args, platform);
         if (command == "add-file") return CommandAddFile(args, platform);
         if (command == "show") return CommandShow(args, platform);
+        if (command == "config") return RunConfigCommand(args, platform);
         Fail("unknown command '" + command + "' (see orvhost --help)");
     } catch (const Failure& f) {
         std::fflush(stdout);

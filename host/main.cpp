@@ -6,6 +6,7 @@
 #include "platform/platform.h"
 
 int main(int argc, char** argv) {
+    ads::platform::UseBinaryStandardStreams();
     ads::platform::Platform& platform = ads::platform::System();
     // Message boxes of the plug-in go to standard error: nobody is there to
     // press OK.

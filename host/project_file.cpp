@@ -27,7 +27,7 @@ bool IsNameByte(unsigned char c) { return IsPlainLater(c) || c == ':' || c >= 0x
 bool IsBlank(unsigned char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
 
 // What the reader must look at in a value; the rest is copied in runs.
-bool IsSpecialInValue(char c) {
+bool EndsPlainRun(char c) {
     return c == '<' || c == '&' || c == '\0' || c == '\r' || c == '\n' || c == '\t';
 }
 
@@ -376,8 +376,8 @@ bool Reader::ReadAttributeValue(std::string* value) {
                 ++pos_;
                 break;
             default: {
-                const size_t run = pos_;
-                while (!AtEnd() && text_[pos_] != quote && !IsSpecialInValue(text_[pos_])) ++pos_;
+                const size_t run = pos_++;
+                while (!AtEnd() && text_[pos_] != quote && !EndsPlainRun(text_[pos_])) ++pos_;
                 value->append(text_, run, pos_ - run);
             }
         }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <limits>
+#include <memory>
 #include <string_view>
 
 namespace ads::build {
@@ -142,6 +143,7 @@ bool RewriteMatches(const char* text, size_t start, size_t end, Pattern* matcher
         // An empty match would find itself again: step over one byte.
         pos = match.whole.end > pos ? match.whole.end : pos + 1;
     }
+    out[out_pos] = '\0';  // out_pos never passes the last byte
     return true;
 }
 
@@ -152,18 +154,18 @@ std::string OutputParser::Parse(const char* text, size_t length) {
 
     // Compiler or assembler output. The area is twice the tool's output
     // (length 0 returned above, so its 256-byte size for an empty run is
-    // never needed).
+    // never needed). The rewrite terminates what it writes, so the area need
+    // not be cleared first: its untouched pages are never even mapped in.
     const size_t size = std::min(length, std::numeric_limits<size_t>::max() / 2) * 2;
-    std::string out(size, '\0');
+    const std::unique_ptr<char[]> out(new char[size]);
     RunCounts run;
     const bool ok = RewriteMatches(text, 0, length, &matcher_, kSourcePattern, kOutputTemplate,
-                                   &out[0], out.size(), &run);
+                                   out.get(), size, &run);
     matcher_steps_ = run.matcher_steps;
     if (!ok) return std::string();
     AddSaturated(&errors_, run.errors);
     AddSaturated(&warnings_, run.warnings);
-    out.resize(std::min(out.size(), out.find('\0')));  // the pane's text ends at the first zero
-    return out;
+    return std::string(out.get());  // the pane's text ends at the first zero
 }
 
 // The linker closes with "Finished: 0 information, 1 warning and 1 error

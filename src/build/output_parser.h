@@ -48,13 +48,13 @@ struct RunCounts {
 };
 
 // Compiles `pattern` (plain parentheses as groups) into `matcher` and
-// rewrites every match found in text[start, end) into `out`, a zero-filled
-// area of `size` bytes, each execution starting where the last match
-// ended. Text between matches is not copied. When the area is full, the
-// output ends with kOutputFullText if at least its 21 bytes (terminator
-// included) are left at the unfinished line, else it is cut at the last
-// byte. Returns false, having written and counted nothing, when the
-// pattern does not compile.
+// rewrites every match found in text[start, end) into `out`, an area of
+// `size` bytes, each execution starting where the last match ended, and
+// ends the text written with a zero byte. Text between matches is not
+// copied. When the area is full, the output ends with kOutputFullText if at
+// least its 21 bytes (terminator included) are left at the unfinished line,
+// else it is cut at the last byte. Returns false, having written and
+// counted nothing, when the pattern does not compile.
 bool RewriteMatches(const char* text, size_t start, size_t end, Pattern* matcher, const char* pattern,
                     const char* output_template, char* out, size_t size, RunCounts* run);
 

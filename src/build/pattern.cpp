@@ -254,6 +254,22 @@ const char* Pattern::Compile(const char* pattern, size_t length, bool plain_pare
     return nullptr;
 }
 
+// The characters an item takes, as a 256-bit set.
+void Pattern::SetOf(size_t cell, uint8_t* set) const {
+    switch (code_[2 * cell]) {
+        case kChar:
+            std::memset(set, 0, 2 * kClassSetCells);
+            set[code_[2 * cell + 1] >> 3] = static_cast<uint8_t>(1u << (code_[2 * cell + 1] & 7));
+            break;
+        case kClass:
+            std::memcpy(set, &code_[2 * (cell + 1)], 2 * kClassSetCells);
+            break;
+        default:
+            std::memset(set, 0xff, 2 * kClassSetCells);
+            break;
+    }
+}
+
 bool Pattern::ItemMatches(size_t cell, unsigned char c) const {
     switch (code_[2 * cell]) {
         case kChar: return code_[2 * cell + 1] == c;
@@ -284,10 +300,13 @@ void Pattern::Finish() {
         if (op == kEol || op == kEnd) {
             possessive = true;
         } else if (op == kChar || op == kClass) {
+            uint8_t taken[2 * kClassSetCells];
+            uint8_t wanted[2 * kClassSetCells];
+            SetOf(item, taken);
+            SetOf(next, wanted);
             possessive = true;
-            for (unsigned v = 0; v < 256 && possessive; ++v) {
-                const unsigned char ch = static_cast<unsigned char>(v);
-                if (ItemMatches(item, ch) && ItemMatches(next, ch)) possessive = false;
+            for (size_t b = 0; b < sizeof taken; ++b) {
+                if ((taken[b] & wanted[b]) != 0) possessive = false;
             }
         }
         code_[2 * cell + 1] = possessive ? kNoGiveBack : 0;
@@ -330,9 +349,12 @@ void Pattern::Reset() {
 //    before: a closure does not start there, and its run stops before it
 //    (the continuations beyond were all tried). Each state is entered once,
 //    so an execute costs at most (cells x (length + 1)) steps, across all
-//    start positions. The output template walked as a pattern,
-//    "^([^\"]*)/(([0-9]+)/):([^\n]*)\n", is of this kind: [^"] may give '/'
-//    back.
+//    start positions. The marks take closures x (length + 1) bits, cleared
+//    after each execute over the range it touched, up to 8 MiB; past that
+//    positions go unmarked (slower, still right). The parser's other fixed
+//    string, its output template "^([^\"]*)/(([0-9]+)/):([^\n]*)\n", is only
+//    walked, never executed; run as a pattern it would be of this kind
+//    ([^"] may give a '/' back) and linear too.
 //
 // Back references make the outcome depend on captured text, so patterns
 // with them run without the memo: still no recursion and no memory growth
@@ -445,15 +467,20 @@ bool Pattern::RunFrom(const char* text, size_t start, size_t end, size_t from) {
                 }
                 size_t run_end = pos;
                 bool cut = false;  // stopped at a state entered before
-                for (;;) {
-                    if (use_memo_) Mark(k, run_end - start);
-                    if (run_end >= end || !ItemMatches(item, s[run_end])) break;
-                    ++steps_;
-                    if (use_memo_ && Visited(k, run_end + 1 - start)) {
-                        cut = true;
-                        break;
+                if (!use_memo_) {
+                    run_end = RunOf(item, s, pos, end);
+                    steps_ += run_end - pos;
+                } else {
+                    for (;;) {
+                        Mark(k, run_end - start);
+                        if (run_end >= end || !ItemMatches(item, s[run_end])) break;
+                        ++steps_;
+                        if (Visited(k, run_end + 1 - start)) {
+                            cut = true;
+                            break;
+                        }
+                        ++run_end;
                     }
-                    ++run_end;
                 }
                 // The longest run's continuation has been tried and failed.
                 if (cut && !give_back) {
@@ -484,6 +511,24 @@ bool Pattern::RunFrom(const char* text, size_t start, size_t end, size_t from) {
                 break;
             }
             frames_.pop_back();
+        }
+    }
+}
+
+// Where the run of an item's characters from `pos` ends.
+size_t Pattern::RunOf(size_t item, const unsigned char* s, size_t pos, size_t end) const {
+    switch (code_[2 * item]) {
+        case kAny:
+            return end;
+        case kChar: {
+            const unsigned char c = code_[2 * item + 1];
+            while (pos < end && s[pos] == c) ++pos;
+            return pos;
+        }
+        default: {
+            const uint8_t* set = &code_[2 * (item + 1)];
+            while (pos < end && ((set[s[pos] >> 3] >> (s[pos] & 7)) & 1) != 0) ++pos;
+            return pos;
         }
     }
 }

@@ -3,12 +3,13 @@
 // tools' diagnostic lines; no regular-expression library is involved.
 //
 // Dialect: a character stands for itself; "." any byte; "[...]" a class
-// ("^" first negates, "a-z" ranges, "-" or "]" first and "-" last are
-// literal, backslash escapes work inside); "*" zero or more and "+" one or
-// more of the item before it (a second "*" or "+" right after is ignored);
-// "^" first and "$" last anchor; groups are "(" ")" when compiled with
-// plain parentheses, "\(" "\)" otherwise, at most 9; "\1".."\9" back
-// references; "\<" "\>" word start and end; "\a \b \f \n \r \t \v" control
+// ("^" first negates, "a-z" ranges, a range written backwards adds nothing,
+// "-" or "]" first and "-" last are literal, backslash escapes work inside);
+// "*" zero or more and "+" one or more of the item before it (a second "*"
+// or "+" right after is ignored); "^" first and "$" last anchor; groups are
+// "(" ")" when compiled with plain parentheses, "\(" "\)" otherwise, at
+// most 9; "\1".."\9" back references; "\<" "\>" word start and end (word
+// characters: letters, digits, "_"); "\a \b \f \n \r \t \v" control
 // characters; a backslash before any other character makes it literal (a
 // lone backslash at the very end stands for itself).
 //
@@ -80,9 +81,10 @@ public:
     int groups() const { return valid_ ? groups_ : 0; }
 
     // Execution can be slow only for patterns with back references (no
-    // memo is possible for them). A caller that feeds arbitrary patterns may
-    // bound the work: past `limit` steps Execute gives up and reports no
-    // match, with exhausted() true. 0, the default, means no limit.
+    // memo is possible for them) or on texts too long for the memo's 8 MiB
+    // (see Execute in pattern.cpp). A caller that feeds arbitrary patterns
+    // may bound the work: past `limit` steps Execute gives up and reports
+    // no match, with exhausted() true. 0, the default, means no limit.
     void set_step_limit(uint64_t limit) { step_limit_ = limit; }
     bool exhausted() const { return exhausted_; }
 
@@ -102,6 +104,8 @@ private:
     bool Emit(uint8_t op, uint8_t arg);
     void Finish();
     bool ItemMatches(size_t cell, unsigned char c) const;
+    void SetOf(size_t cell, uint8_t* set) const;
+    size_t RunOf(size_t item, const unsigned char* s, size_t pos, size_t end) const;
     bool RunFrom(const char* text, size_t start, size_t end, size_t from);
     bool Visited(size_t closure, size_t offset) const;
     void Mark(size_t closure, size_t offset);

@@ -1,5 +1,9 @@
 #include "config/defaults.h"
 
+#include <cstdio>
+
+#include "config/search_paths.h"
+
 namespace ads::config {
 
 const char kDefaultFileMap[] = "(.s@armasm),(.c@armcc),(.cc&&.cpp@armcpp)";
@@ -25,6 +29,98 @@ OptionModel BuiltinDefaults() {
     m.fromelf_params = kDefaultFromElfParams;
     m.has_user_app_file = false;
     return m;
+}
+
+const char kDefaultAsmTemplate[] = "$(ADS_PARAM) \"$(SOURCE)\" \"$(OBJ)\"";
+const char kDefaultCTemplate[] = "$(ADS_PARAM) -c \"$(SOURCE)\" -o \"$(OBJ)\"";
+const char kDefaultLinkTemplate[] = "$(OBJS) $(ADS_LNKPARAM) -o \"$(ELF)\"";
+const char kDefaultDebugOptions[] = "1,RDI 0,1,0,1,0,(\"\")";
+
+const TargetDefault kTargetDefaults[] = {
+    {"ADS_AsmParam", kDefaultAsmTemplate},
+    {"ADS_CParam", kDefaultCTemplate},
+    {"ADS_LinkParam", kDefaultLinkTemplate},
+    {"ADS_OPTDBG", kDefaultDebugOptions},
+    {"ADS_OUTPUT_DIR", kDefaultOutputDir},
+    {"ADS_LinkerName", kDefaultLinkerName},
+    {"ADS_FileMap", kDefaultFileMap},
+    {"ADS_USRAPPFILE", ""},
+    {"SearchPath", kDefaultSearchPath},
+    {"ADS_LNKPARAM", ""},
+    {"AppFile", ""},
+    {"ADS_GArmAsmParam", kDefaultAsmParams},
+    {"ADS_GArmCCParam", kDefaultCompilerParams},
+    {"ADS_GArmCppParam", kDefaultCompilerParams},
+    {"ADS_GThmCCParam", kDefaultCompilerParams},
+    {"ADS_GThmCppParam", kDefaultCompilerParams},
+    {"ADS_FromELFParam", kDefaultFromElfParams},
+    {"ADS_PostLnk", kDefaultPostLink},
+    {"UpdateTgtBeforeDbg", "1"},
+    {"ServeDebugOptions", ""},
+    {"ADS_BatchFileParam", kDefaultBatchFile},
+};
+const size_t kTargetDefaultCount = sizeof kTargetDefaults / sizeof kTargetDefaults[0];
+
+std::string FormatSimulatorClock(double clock) {
+    char buffer[64];
+    int n = std::snprintf(buffer, sizeof buffer, "%lf", clock);
+    if (n >= 0 && static_cast<size_t>(n) < sizeof buffer) return std::string(buffer, static_cast<size_t>(n));
+    std::string big(static_cast<size_t>(n) + 1, '\0');  // a clock beyond 10^55 MHz, still whole
+    std::snprintf(&big[0], big.size(), "%lf", clock);
+    big.resize(static_cast<size_t>(n));
+    return big;
+}
+
+void WriteTargetDefaults(ConfigNode* node, double simulator_clock) {
+    node->SetAttribute("SIMCLK", FormatSimulatorClock(simulator_clock));
+    for (const TargetDefault& d : kTargetDefaults) node->SetAttribute(d.key, d.value);
+}
+
+namespace {
+
+std::string Lower(std::string s) {
+    for (char& c : s) {
+        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+    }
+    return s;
+}
+
+std::string BaseName(const std::string& path) {
+    const size_t slash = path.find_last_of("\\/");
+    return slash == std::string::npos ? path : path.substr(slash + 1);
+}
+
+}  // namespace
+
+int SourceKindFromFileMap(const std::string& file_map, const std::string& path) {
+    const std::string base = BaseName(path);
+    const size_t dot = base.rfind('.');
+    if (dot == std::string::npos) return kKindNone;
+    const std::string extension = Lower(base.substr(dot));
+    // The groups in their fixed order: assembler, C, C++.
+    const int kinds[] = {kKindAsm, kKindC, kKindCpp};
+    size_t open = file_map.find('(');
+    for (int group = 0; group < 3 && open != std::string::npos; ++group) {
+        const size_t close = file_map.find(')', open);
+        const std::string text = file_map.substr(open + 1, close == std::string::npos ? std::string::npos : close - open - 1);
+        const std::string extensions = text.substr(0, text.find('@'));
+        for (size_t start = 0; start <= extensions.size();) {
+            size_t end = extensions.find("&&", start);
+            if (end == std::string::npos) end = extensions.size();
+            if (Lower(extensions.substr(start, end - start)) == extension) return kinds[group];
+            start = end + 2;
+        }
+        if (close == std::string::npos) break;
+        open = file_map.find('(', close);
+    }
+    return kKindNone;
+}
+
+std::string ObjectFileName(const std::string& relative_path) {
+    std::string base = BaseName(relative_path);
+    const size_t dot = base.rfind('.');
+    if (dot != std::string::npos && dot > 0) base.resize(dot);
+    return base + ".o";
 }
 
 }  // namespace ads::config

@@ -2,6 +2,10 @@
 // target's record has not been read yet.
 #pragma once
 
+#include <cstddef>
+#include <string>
+
+#include "ads/config_node.h"
 #include "config/target_settings.h"
 
 namespace ads::config {
@@ -36,5 +40,39 @@ struct OptionModel {
 };
 
 OptionModel BuiltinDefaults();
+
+// The command templates and the debug options of a new target.
+extern const char kDefaultAsmTemplate[];    // `$(ADS_PARAM) "$(SOURCE)" "$(OBJ)"`
+extern const char kDefaultCTemplate[];      // `$(ADS_PARAM) -c "$(SOURCE)" -o "$(OBJ)"`
+extern const char kDefaultLinkTemplate[];   // `$(OBJS) $(ADS_LNKPARAM) -o "$(ELF)"`
+extern const char kDefaultDebugOptions[];   // `1,RDI 0,1,0,1,0,("")`
+
+// The simulator clock of a target whose host names none, in MHz.
+constexpr double kDefaultSimulatorClock = 12.0;
+// "SIMCLK": the clock as "%lf" writes it ("12.000000").
+std::string FormatSimulatorClock(double clock);
+
+// The settings of a new "Configuration" node after "SIMCLK", in the order
+// they are written. Values are exact texts, leading blanks included.
+struct TargetDefault {
+    const char* key;
+    const char* value;
+};
+extern const TargetDefault kTargetDefaults[];
+extern const size_t kTargetDefaultCount;
+
+// Writes "SIMCLK" and then every key of kTargetDefaults, in order, with
+// SetAttribute: keys the node has keep their place and take the default,
+// the others are appended; keys outside the table are left alone.
+void WriteTargetDefaults(ConfigNode* node, double simulator_clock);
+
+// The source kind (kKindAsm, kKindC, kKindCpp) that a file mapping
+// "(asm),(c),(c++)" gives the path's extension, compared without regard to
+// case; kKindNone when no group lists it.
+int SourceKindFromFileMap(const std::string& file_map, const std::string& path);
+
+// The object file of a source: its base name with ".o" in place of its
+// extension ("src\main.c" gives "main.o").
+std::string ObjectFileName(const std::string& relative_path);
 
 }  // namespace ads::config

@@ -3,6 +3,12 @@
 // splitter: the POSIX runner to build argv, the tests to check the quoting.
 #include "platform/platform.h"
 
+#include <cstdio>
+#ifdef _WIN32
+#include <fcntl.h>
+#include <io.h>
+#endif
+
 namespace ads::platform {
 namespace {
 
@@ -107,6 +113,15 @@ std::string QuoteArgument(const std::string& argument) {
 
 bool IsAbsolutePath(const std::string& path) {
     return path.find(':') != std::string::npos || (!path.empty() && path[0] == '/');
+}
+
+void UseBinaryStandardStreams() {
+#ifdef _WIN32
+    std::fflush(stdout);
+    std::fflush(stderr);
+    _setmode(_fileno(stdout), _O_BINARY);
+    _setmode(_fileno(stderr), _O_BINARY);
+#endif
 }
 
 }  // namespace ads::platform

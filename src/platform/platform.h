@@ -20,6 +20,8 @@ constexpr uint32_t kErrorAlreadyExists = 183;
 
 using LibraryHandle = void*;
 
+class Registry;  // platform/registry.h
+
 class Libraries {
 public:
     virtual ~Libraries() = default;
@@ -130,6 +132,15 @@ std::vector<std::string> SplitCommandLine(const std::string& command_line);
 // Quotes one argument so that SplitCommandLine gives it back unchanged.
 std::string QuoteArgument(const std::string& argument);
 
+// Makes standard output and standard error pass bytes unchanged: on Windows
+// they would otherwise turn every "\n" into "\r\n", and the plug-in's
+// messages carry their own "\r\n".
+void UseBinaryStandardStreams();
+
+// The largest resident size the process has had so far, in bytes (0 when
+// the system does not tell).
+uint64_t PeakMemoryBytes();
+
 // A path holding ":" or starting with "/" counts as absolute.
 bool IsAbsolutePath(const std::string& path);
 
@@ -141,6 +152,9 @@ struct Platform {
     Process* process;
     Environment* environment;
     ProcessRunner* runner;
+    // Null until someone fills it (SystemRegistry() for the real one, see
+    // platform/registry.h).
+    Registry* registry = nullptr;
 };
 
 // The real backends of this operating system.

@@ -4,6 +4,7 @@
 
 #include "debug/debug_options.h"
 #include "import/project_import.h"
+#include "platform/registry.h"
 #include "plugin/slots.h"
 
 namespace ads::plugin {
@@ -75,6 +76,17 @@ Application::Application(platform::Platform& platform)
     initialised_ = true;
     option_model_ = config::BuiltinDefaults();
     dialog_ = [](ConfigNode*, int) { return DialogOutcome{}; };
+
+    // Where the tools are: the host's preference module first, then the
+    // installer's registry entries; the result goes to host slot 30.
+    if (platform_.registry == nullptr) platform_.registry = &platform::SystemRegistry();
+    toolchain_.SetCandidateSource([this] { return ReadPreferenceCandidates(*platform_.libraries); });
+    toolchain_.SetHomeSource([this] { return ReadArmHomeFromRegistry(*platform_.registry); });
+    toolchain_.SetRegistrar([this](const std::array<std::string, kRecordCount>& texts) {
+        AdsToolchainRecord record;
+        for (size_t i = 0; i < texts.size(); ++i) record.text[i] = texts[i].c_str();
+        return table_.RegisterToolchain(&record) != 0;
+    });
 }
 
 Application::~Application() {
@@ -99,13 +111,7 @@ build::BuildContext Application::Context() const {
     return c;
 }
 
-bool Application::SetUpToolchain() {
-    return toolchain_.Setup([this](const std::array<std::string, 15>& texts) {
-        AdsToolchainRecord record;
-        for (size_t i = 0; i < texts.size(); ++i) record.text[i] = texts[i].c_str();
-        return table_.RegisterToolchain(&record) != 0;
-    });
-}
+bool Application::SetUpToolchain() { return toolchain_.LocateTools(); }
 
 void Application::FindCurrentConfiguration() {
     current_configuration_ = config::FindCurrentConfiguration(project_root_, current_target_);
@@ -132,6 +138,39 @@ void Application::InstallTool(ConfigNode* node) {
     project_root_ = node->Root();
     if (!SetUpToolchain()) Write(kInstallToolFailed);
     FindCurrentConfiguration();
+    WriteNodeDefaults(node);
+}
+
+void Application::WriteNodeDefaults(ConfigNode* node) {
+    if (node->Name() == "Configuration") {
+        double clock = config::kDefaultSimulatorClock;
+        if (context_.simulator != nullptr && context_.simulator->has_clock) clock = context_.simulator->clock;
+        config::EditNode(*host_, node, [clock](ConfigNode* c) { config::WriteTargetDefaults(c, clock); });
+        // Every file gets its entries for the new target.
+        build::BuildContext c = Context();
+        c.configuration = node;
+        const char* name = node->GetAttribute("Name");
+        c.target = name ? name : "";
+        WalkTree(project_root_, [&](ConfigNode* n) { return engine_.UpdateNode(c, n); });
+        return;
+    }
+    if (node->Name() != "File") return;
+    const char* path = node->GetAttribute("RelativePath");
+    if (path == nullptr) return;
+    // The current target's mapping decides; an extension it does not list
+    // keeps the kind the host gave the file.
+    const char* map = current_configuration_ ? current_configuration_->GetAttribute("ADS_FileMap") : nullptr;
+    int kind = config::SourceKindFromFileMap(map ? map : config::kDefaultFileMap, path);
+    if (kind == config::kKindNone) node->GetAttributeInt("FileType", &kind);
+    if (kind != config::kKindC && kind != config::kKindAsm && kind != config::kKindCpp) return;
+    const std::string object = config::ObjectFileName(path);
+    config::EditNode(*host_, node, [&](ConfigNode* c) {
+        c->SetAttributeInt("FileType", kind);
+        c->SetAttribute("Output", object);
+    });
+    // The per-file settings node; the host creates it in its own tree, so
+    // after the commit, which would otherwise drop it again.
+    if (kind != config::kKindAsm) host_->FindSettingNode(node, "ADS_CParam", "ADS_CfgFlag");
 }
 
 void Application::SetCurrentTarget(AdsWord host_word, const char* target) {

@@ -93,6 +93,9 @@ private:
     class SlotHost;
 
     bool SetUpToolchain();
+    // The defaults of a node the host just made: a target's settings, or a
+    // file's kind, object name and settings node.
+    void WriteNodeDefaults(ConfigNode* node);
     void FindCurrentConfiguration();
     build::BuildContext Context() const;
 

@@ -1,11 +1,61 @@
 #include "plugin/toolchain.h"
 
+#include "ads/preference.h"
+#include "platform/registry.h"
+
 namespace ads::plugin {
 
 const char* const kToolExecutables[kToolCount] = {
     "armasm.exe", "armcc.exe", "armcpp.exe", "tcc.exe",
     "tcpp.exe",   "armlink.exe", "fromelf.exe", "armar.exe",
 };
+
+const char kAdsCurrentVersionKey[] = "SOFTWARE\\ARM Limited\\ARM Developer Suite\\CurrentVersion";
+const char kAdsVersionKeyPrefix[] = "SOFTWARE\\ARM Limited\\ARM Developer Suite\\";
+const char kAdsHomeValue[] = "ARMHOME";
+const char kPreferenceModule[] = "opt\\Preference.dll";
+const char kPreferenceToolchain[] = "ADS";
+
+namespace {
+
+// RegQueryValueExA into a buffer of this many bytes, terminator included.
+constexpr size_t kRegistryBuffer = 260;
+
+bool ReadLimited(platform::RegistryKey& key, const std::string& name, std::string* value) {
+    std::string text;
+    if (!key.ReadString(name, &text) || text.size() + 1 > kRegistryBuffer) return false;
+    *value = text;
+    return true;
+}
+
+intptr_t ADS_CALL CollectDirectory(void* context, const char* directory) {
+    if (directory != nullptr) static_cast<std::vector<std::string>*>(context)->emplace_back(directory);
+    return 1;
+}
+
+}  // namespace
+
+std::string ReadArmHomeFromRegistry(platform::Registry& registry) {
+    std::string version;
+    {
+        auto key = registry.OpenKey(platform::RegistryRoot::kLocalMachine, kAdsCurrentVersionKey);
+        if (!key || !ReadLimited(*key, "", &version)) return std::string();
+    }
+    auto key = registry.OpenKey(platform::RegistryRoot::kLocalMachine, kAdsVersionKeyPrefix + version);
+    std::string home;
+    if (!key || !ReadLimited(*key, kAdsHomeValue, &home)) return std::string();
+    return home;
+}
+
+std::vector<std::string> ReadPreferenceCandidates(platform::Libraries& libraries) {
+    std::vector<std::string> directories;
+    platform::LibraryHandle module = libraries.Load(kPreferenceModule);
+    if (module == nullptr) return directories;
+    auto list = reinterpret_cast<AdsListToolDirectoriesFn>(libraries.Symbol(module, ADS_PREFERENCE_ENTRY));
+    if (list != nullptr) list(kPreferenceToolchain, &CollectDirectory, &directories);
+    libraries.Free(module);
+    return directories;
+}
 
 std::string Toolchain::FindArmHome() const {
     std::string home = home_ ? home_() : std::string();
@@ -17,34 +67,42 @@ std::string Toolchain::FindArmHome() const {
     return home;
 }
 
-void Toolchain::LocateTools() {
+bool Toolchain::FileExists(const std::string& path) const {
+    return !path.empty() && platform_->files->FileExists(path);
+}
+
+bool Toolchain::LocateTools() {
+    platform::FileSystem& files = *platform_->files;
     std::string candidate;
-    if (candidates_) {
-        for (const std::string& dir : candidates_()) {
-            platform_->files->SetCurrentDirectory(dir);
-            std::vector<platform::DirectoryEntry> entries;
-            if (!platform_->files->ListDirectory(dir, &entries)) continue;
-            // The listing's last entry is never examined: it comes with the
-            // answer that no more files follow.
-            bool hit = false;
-            for (size_t i = 0; i + 1 < entries.size(); ++i) {
-                if (entries[i].name.find("armcc.exe") != std::string::npos) {
-                    hit = true;
-                    break;
-                }
-            }
-            if (hit) {
-                candidate = dir;
-                break;
-            }
+    for (const std::string& dir : candidates_ ? candidates_() : std::vector<std::string>()) {
+        // The directory stays the current one, also when the search goes on.
+        files.SetCurrentDirectory(dir);
+        std::vector<platform::DirectoryEntry> entries;
+        if (!files.ListDirectory(dir, &entries)) continue;
+        // Deliberate: the listing's last entry is never examined; it is the
+        // one that comes with the answer that no more files follow.
+        bool hit = false;
+        for (size_t i = 0; i + 1 < entries.size() && !hit; ++i) {
+            hit = entries[i].name.find("armcc.exe") != std::string::npos;
+        }
+        if (hit) {
+            candidate = dir;
+            break;
         }
     }
-    if (platform_->files->FileExists(candidate + "\\" + "armasm.exe")) {
+
+    // The found flag says that the assembler was found by this search, in
+    // the candidate directory or in the registry's installation alike: the
+    // build engine refuses to build without it ("Could't find ADS compiler
+    // tools!"), and tools the user configured must build. A search that finds
+    // nothing clears it.
+    if (FileExists(candidate + "\\" + kToolExecutables[kArmAsm])) {
         directory_ = candidate;
+        found_ = 1;
     } else {
         found_ = 0;
-        std::string home = FindArmHome();
-        if (!home.empty() && platform_->files->FileExists(home + "\\Bin\\" + "armasm.exe")) {
+        const std::string home = FindArmHome();
+        if (!home.empty() && FileExists(home + "\\Bin\\" + kToolExecutables[kArmAsm])) {
             found_ = 1;
             directory_ = home + "\\Bin";
         } else {
@@ -52,28 +110,25 @@ void Toolchain::LocateTools() {
         }
     }
     for (int i = 0; i < kToolCount; ++i) paths_[i] = directory_ + "\\" + kToolExecutables[i];
-}
 
-std::array<std::string, 15> Toolchain::Record() const {
-    std::array<std::string, 15> r;
-    r[0] = "ADS";
-    r[1] = directory_;
-    for (int i = 0; i < kToolCount; ++i) r[2 + i] = paths_[i];
-    r[10] = "ARM Developer Suite";
-    r[11] = "1.2";
-    r[12] = ".o";
-    r[13] = ".axf";
-    r[14] = ".a";
-    return r;
-}
-
-bool Toolchain::Setup(const Registrar& registrar) {
-    LocateTools();
-    std::array<std::string, 15> record = Record();
+    const std::array<std::string, kRecordCount> record = Record();
     for (const std::string& text : record) {
         if (text.empty()) return false;
     }
-    return registrar(record);
+    return registrar_ && registrar_(record);
+}
+
+std::array<std::string, kRecordCount> Toolchain::Record() const {
+    std::array<std::string, kRecordCount> r;
+    r[kRecordName] = kPreferenceToolchain;
+    r[kRecordDirectory] = directory_;
+    for (int i = 0; i < kToolCount; ++i) r[kRecordFirstTool + i] = paths_[i];
+    r[kRecordSuite] = "ARM Developer Suite";
+    r[kRecordVersion] = "1.2";
+    r[kRecordFound] = found_ ? "1" : "0";
+    r[kRecordObjectExt] = ".o";
+    r[kRecordImageExt] = ".axf";
+    return r;
 }
 
 }  // namespace ads::plugin

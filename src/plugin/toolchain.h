@@ -3,11 +3,16 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <vector>
 
 #include "platform/platform.h"
+
+namespace ads::platform {
+class Registry;
+}
 
 namespace ads::plugin {
 
@@ -18,6 +23,40 @@ enum ToolIndex {
 // The executables in their fixed order.
 extern const char* const kToolExecutables[kToolCount];
 
+// The installer's registry entries, under HKEY_LOCAL_MACHINE.
+extern const char kAdsCurrentVersionKey[];  // "SOFTWARE\ARM Limited\ARM Developer Suite\CurrentVersion"
+extern const char kAdsVersionKeyPrefix[];   // "SOFTWARE\ARM Limited\ARM Developer Suite\"
+extern const char kAdsHomeValue[];          // "ARMHOME"
+
+// The host's preference module, relative to the host's folder, and the
+// toolchain name it is asked about.
+extern const char kPreferenceModule[];      // "opt\Preference.dll"
+extern const char kPreferenceToolchain[];   // "ADS"
+
+// The ARMHOME the installer recorded: the CurrentVersion key's default value
+// names the version, whose key holds "ARMHOME". Each value is read into a
+// 260-byte buffer, so a text of 260 bytes or more reads as missing. Empty
+// when anything is missing; nothing is reported.
+std::string ReadArmHomeFromRegistry(platform::Registry& registry);
+
+// The candidate tool directories that the host's preference module lists
+// for the toolchain, in its order; none when the module or its entry is
+// missing. The module is loaded for the question and freed afterwards.
+std::vector<std::string> ReadPreferenceCandidates(platform::Libraries& libraries);
+
+// The fifteen texts of the record handed to the host (slot 30).
+enum RecordText {
+    kRecordName = 0,       // "ADS"
+    kRecordDirectory = 1,  // the tool directory
+    kRecordFirstTool = 2,  // 2..9: the tool paths in kToolExecutables order
+    kRecordSuite = 10,     // "ARM Developer Suite"
+    kRecordVersion = 11,   // "1.2"
+    kRecordFound = 12,     // "1" when the tools were found, else "0"
+    kRecordObjectExt = 13, // ".o"
+    kRecordImageExt = 14,  // ".axf"
+    kRecordCount = 15
+};
+
 class Toolchain {
 public:
     // Candidate tool directories, in order (the host's preference module).
@@ -25,30 +64,37 @@ public:
     // The installer's "ARMHOME" entry; empty when there is none.
     using HomeSource = std::function<std::string()>;
     // Hands the fifteen texts to the host; false when it refuses them.
-    using Registrar = std::function<bool(const std::array<std::string, 15>&)>;
+    using Registrar = std::function<bool(const std::array<std::string, kRecordCount>&)>;
 
     explicit Toolchain(platform::Platform* platform) : platform_(platform) {}
 
     void SetCandidateSource(CandidateSource source) { candidates_ = std::move(source); }
     void SetHomeSource(HomeSource source) { home_ = std::move(source); }
+    void SetRegistrar(Registrar registrar) { registrar_ = std::move(registrar); }
 
-    // Finds the tools and derives every path; registers the toolchain when
-    // every text of its record is non-empty. True when the host accepted it.
-    bool Setup(const Registrar& registrar);
-
+    // The installation's home: the registry's ARMHOME, else the stored tool
+    // directory cut at its last backslash ("D:\ADS\Bin" gives "D:\ADS").
     std::string FindArmHome() const;
-    void LocateTools();
+    // True when the file can be opened for reading; false for an empty path.
+    bool FileExists(const std::string& path) const;
+    // Finds the tool directory, derives the eight paths and registers the
+    // toolchain when every text of its record is non-empty. True when the
+    // host accepted the record; false when it refused it or was not asked.
+    bool LocateTools();
 
     const std::string& directory() const { return directory_; }
     void set_directory(std::string dir) { directory_ = std::move(dir); }
     const std::string& path(ToolIndex tool) const { return paths_[tool]; }
+    // Whether the assembler was found by the last search: what the build
+    // engine asks before it builds anything.
     bool found() const { return found_ != 0; }
-    std::array<std::string, 15> Record() const;
+    std::array<std::string, kRecordCount> Record() const;
 
 private:
     platform::Platform* platform_;
     CandidateSource candidates_;
     HomeSource home_;
+    Registrar registrar_;
     std::string directory_;
     std::array<std::string, kToolCount> paths_;
     int32_t found_ = 0;

@@ -4,12 +4,15 @@
 #pragma once
 
 #include <map>
+#include <memory>
 #include <set>
 #include <cstdlib>
+#include <utility>
 #include <string>
 #include <vector>
 
 #include "platform/platform.h"
+#include "platform/registry.h"
 
 namespace ads::testing {
 
@@ -129,6 +132,86 @@ public:
     }
 };
 
+// An in-memory registry: keys by root and path (compared without regard to
+// ASCII case, as the real one does), each an ordered list of values.
+class FakeRegistry : public platform::Registry {
+public:
+    using Values = std::vector<platform::RegistryValue>;
+    std::map<std::pair<platform::RegistryRoot, std::string>, Values> keys;
+    std::vector<std::string> opened;  // "HKEY_...\path" of every OpenKey
+
+    static std::string Fold(std::string s) {
+        for (char& c : s) {
+            if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+        }
+        return s;
+    }
+    // Test set-up: writes a text value, creating the key.
+    void Set(platform::RegistryRoot root, const std::string& path, const std::string& name,
+             const std::string& value) {
+        CreateKey(root, path)->WriteString(name, value);
+    }
+
+    class Key : public platform::RegistryKey {
+    public:
+        Key(FakeRegistry* registry, std::pair<platform::RegistryRoot, std::string> id)
+            : registry_(registry), id_(std::move(id)) {}
+        bool ReadString(const std::string& name, std::string* value) override {
+            platform::RegistryValue* v = Find(name);
+            if (v == nullptr || !v->is_string) return false;
+            *value = v->data;
+            return true;
+        }
+        bool WriteString(const std::string& name, const std::string& value) override {
+            if (platform::RegistryValue* v = Find(name)) {
+                v->is_string = true;
+                v->data = value;
+            } else {
+                registry_->keys[id_].push_back({name, true, value});
+            }
+            return true;
+        }
+        bool ListValues(Values* values) override {
+            *values = registry_->keys[id_];
+            return true;
+        }
+        bool DeleteValue(const std::string& name) override {
+            Values& values = registry_->keys[id_];
+            for (auto it = values.begin(); it != values.end(); ++it) {
+                if (Fold(it->name) == Fold(name)) {
+                    values.erase(it);
+                    return true;
+                }
+            }
+            return false;
+        }
+
+    private:
+        platform::RegistryValue* Find(const std::string& name) {
+            for (platform::RegistryValue& v : registry_->keys[id_]) {
+                if (Fold(v.name) == Fold(name)) return &v;
+            }
+            return nullptr;
+        }
+        FakeRegistry* registry_;
+        std::pair<platform::RegistryRoot, std::string> id_;
+    };
+
+    std::unique_ptr<platform::RegistryKey> OpenKey(platform::RegistryRoot root, const std::string& path) override {
+        opened.push_back(std::string(platform::RegistryRootName(root)) + "\\" + path);
+        if (keys.count({root, Fold(path)}) == 0) return nullptr;
+        return std::make_unique<Key>(this, std::make_pair(root, Fold(path)));
+    }
+    std::unique_ptr<platform::RegistryKey> CreateKey(platform::RegistryRoot root, const std::string& path) override {
+        keys[{root, Fold(path)}];
+        return std::make_unique<Key>(this, std::make_pair(root, Fold(path)));
+    }
+    bool DeleteKey(platform::RegistryRoot root, const std::string& path) override {
+        return keys.erase({root, Fold(path)}) > 0;
+    }
+    std::string LastError() override { return "fake registry"; }
+};
+
 struct FakePlatform {
     FakeLibraries libraries;
     FakeProcess process;
@@ -136,7 +219,8 @@ struct FakePlatform {
     FakeUi ui;
     FakeEnvironment environment;
     FakeRunner runner;
-    platform::Platform platform{&libraries, &files, &ui, &process, &environment, &runner};
+    FakeRegistry registry;
+    platform::Platform platform{&libraries, &files, &ui, &process, &environment, &runner, &registry};
 };
 
 }  // namespace ads::testing

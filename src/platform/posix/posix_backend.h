@@ -11,6 +11,10 @@ namespace ads::platform {
 // The path as the system takes it: every "\" turned into "/".
 std::string SystemPath(const std::string& path);
 
+// The folder of the running program, without a trailing slash ("/" for the
+// root); empty when the system does not tell.
+std::string ExecutableFolder();
+
 // The system's text for an errno value, without a line end.
 std::string ErrnoText(int error);
 

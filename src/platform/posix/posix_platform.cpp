@@ -74,15 +74,31 @@ class PosixLibraries final : public Libraries {
 public:
     LibraryHandle Load(const std::string& name) override {
         const std::string path = SystemPath(name);
-        if (void* handle = ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL)) return Succeed(handle);
-        std::string found = path;
-        if (HasSuffixIgnoringCase(path, ".dll")) {
-            const std::string so = path.substr(0, path.size() - 4) + ".so";
-            if (void* handle = ::dlopen(so.c_str(), RTLD_NOW | RTLD_LOCAL)) return Succeed(handle);
-            if (::access(so.c_str(), F_OK) == 0) found = so;
+        if (path.empty()) {
+            last_error_ = kErrorModNotFound;
+            return nullptr;
+        }
+        // LoadLibraryA looks in the program's own folder before anywhere
+        // else, then where the system would (for dlopen: the current folder
+        // for a path, the library path for a bare name).
+        std::vector<std::string> candidates;
+        if (path[0] != '/') {
+            const std::string folder = ExecutableFolder();
+            if (!folder.empty()) AddSpellings(folder + "/" + path, &candidates);
+        }
+        AddSpellings(path, &candidates);
+        for (const std::string& candidate : candidates) {
+            if (void* handle = ::dlopen(candidate.c_str(), RTLD_NOW | RTLD_LOCAL)) {
+                last_error_ = 0;
+                return handle;
+            }
         }
         // A file that is there but will not load is not a missing module.
-        const bool exists = found.find('/') != std::string::npos && ::access(found.c_str(), F_OK) == 0;
+        bool exists = false;
+        for (const std::string& candidate : candidates) {
+            exists = exists || (candidate.find('/') != std::string::npos &&
+                                ::access(candidate.c_str(), F_OK) == 0);
+        }
         last_error_ = exists ? kErrorBadExeFormat : kErrorModNotFound;
         return nullptr;
     }
@@ -92,7 +108,6 @@ public:
             last_error_ = kErrorInvalidHandle;
             return nullptr;
         }
-        ::dlerror();
         void* symbol = ::dlsym(library, name);
         if (symbol == nullptr) last_error_ = kErrorProcNotFound;
         return symbol;
@@ -109,9 +124,12 @@ public:
     uint32_t LastError() override { return last_error_; }
 
 private:
-    LibraryHandle Succeed(LibraryHandle handle) {
-        last_error_ = 0;
-        return handle;
+    // The name as given, and "x.so" for "x.dll".
+    static void AddSpellings(const std::string& path, std::vector<std::string>* candidates) {
+        candidates->push_back(path);
+        if (HasSuffixIgnoringCase(path, ".dll")) {
+            candidates->push_back(path.substr(0, path.size() - 4) + ".so");
+        }
     }
 
     // Per thread, like GetLastError.
@@ -226,6 +244,7 @@ public:
 
     bool ListDirectory(const std::string& path, std::vector<DirectoryEntry>* entries) override {
         entries->clear();
+        if (path.empty()) return false;
         const std::string directory = SystemPath(path);
         DIR* stream = ::opendir(directory.c_str());
         if (stream == nullptr) return false;
@@ -295,10 +314,8 @@ public:
 
         // Windows will not replace a read-only file; rename would.
         struct stat info;
-        if (::stat(target.c_str(), &info) == 0 && S_ISREG(info.st_mode) &&
-            (info.st_mode & S_IWUSR) == 0) {
-            return fail("Access is denied.");
-        }
+        const bool replacing = ::stat(target.c_str(), &info) == 0 && S_ISREG(info.st_mode);
+        if (replacing && (info.st_mode & S_IWUSR) == 0) return fail("Access is denied.");
 
         static std::atomic<unsigned> counter{0};
         std::string temporary;
@@ -317,6 +334,8 @@ public:
             ::unlink(temporary.c_str());
             return fail(ErrnoText(reason));
         };
+        // The new file keeps the old one's permissions.
+        if (replacing && ::fchmod(fd, info.st_mode & 07777) != 0) return abandon(errno);
         size_t written = 0;
         while (written < contents.size()) {
             const ssize_t count = ::write(fd, contents.data() + written, contents.size() - written);
@@ -345,15 +364,7 @@ public:
         return true;
     }
 
-    std::string ExecutableDirectory() override {
-        std::string buffer(4096, '\0');
-        const ssize_t size = ::readlink("/proc/self/exe", &buffer[0], buffer.size());
-        if (size <= 0 || static_cast<size_t>(size) >= buffer.size()) return std::string();
-        buffer.resize(static_cast<size_t>(size));
-        const size_t slash = buffer.rfind('/');
-        if (slash == std::string::npos) return std::string();
-        return slash == 0 ? std::string("/") : buffer.substr(0, slash);
-    }
+    std::string ExecutableDirectory() override { return ExecutableFolder(); }
 };
 
 class StandardErrorUserInterface final : public UserInterface {
@@ -387,6 +398,16 @@ std::string SystemPath(const std::string& path) {
         if (c == '\\') c = '/';
     }
     return result;
+}
+
+std::string ExecutableFolder() {
+    std::string buffer(4096, '\0');
+    const ssize_t size = ::readlink("/proc/self/exe", &buffer[0], buffer.size());
+    if (size <= 0 || static_cast<size_t>(size) >= buffer.size()) return std::string();
+    buffer.resize(static_cast<size_t>(size));
+    const size_t slash = buffer.rfind('/');
+    if (slash == std::string::npos) return std::string();
+    return slash == 0 ? std::string("/") : buffer.substr(0, slash);
 }
 
 std::string ErrnoText(int error) {

@@ -32,21 +32,36 @@ bool IsExecutableFile(const std::string& path) {
            ::access(path.c_str(), X_OK) == 0;
 }
 
-// execvp's lookup, done before fork so that the child only has to exec.
-std::string FindInPath(const std::string& name) {
+// The folders of $PATH, in order.
+std::vector<std::string> SearchPath() {
     const char* variable = std::getenv("PATH");
     const std::string path = variable ? variable : "/usr/local/bin:/usr/bin:/bin";
+    std::vector<std::string> folders;
     size_t start = 0;
     while (start <= path.size()) {
         size_t end = path.find(':', start);
         if (end == std::string::npos) end = path.size();
-        std::string folder = path.substr(start, end - start);
-        if (folder.empty()) folder = ".";
-        const std::string candidate = folder + "/" + name;
-        if (IsExecutableFile(candidate)) return candidate;
+        folders.push_back(end == start ? "." : path.substr(start, end - start));
         start = end + 1;
     }
+    return folders;
+}
+
+std::string FindIn(const std::vector<std::string>& folders, const std::string& name) {
+    for (const std::string& folder : folders) {
+        if (folder.empty()) continue;
+        const std::string candidate = folder + "/" + name;
+        if (IsExecutableFile(candidate)) return candidate;
+    }
     return std::string();
+}
+
+std::string CurrentFolder() {
+    char* current = ::getcwd(nullptr, 0);
+    if (current == nullptr) return std::string();
+    std::string folder = current;
+    std::free(current);
+    return folder;
 }
 
 bool IsWindowsProgram(const std::string& path) {
@@ -108,26 +123,30 @@ RunResult PosixProcessRunner::Run(const std::string& command_line,
     const std::string name = SystemPath(words[0]);
     std::string program;
     if (name.find('/') == std::string::npos) {
-        program = FindInPath(name);
+        // A bare name is looked for where CreateProcess looks: our own
+        // program's folder, our current folder, then the search path.
+        std::vector<std::string> folders = {ExecutableFolder(), CurrentFolder()};
+        const std::vector<std::string> path = SearchPath();
+        folders.insert(folders.end(), path.begin(), path.end());
+        program = FindIn(folders, name);
         if (program.empty()) {
             result.error = "cannot run " + words[0] + ": " + ErrnoText(ENOENT);
             return result;
         }
     } else if (name[0] != '/') {
-        char* current = ::getcwd(nullptr, 0);
-        if (current == nullptr) {
+        const std::string current = CurrentFolder();
+        if (current.empty()) {
             result.error = "cannot run " + words[0] + ": " + ErrnoText(errno);
             return result;
         }
-        program = std::string(current) + "/" + name;
-        std::free(current);
+        program = current + "/" + name;
     } else {
         program = name;
     }
 
     std::vector<std::string> arguments;
     if (IsWindowsProgram(program)) {
-        const std::string wine = FindInPath("wine");
+        const std::string wine = FindIn(SearchPath(), "wine");
         if (wine.empty()) {
             result.error = "cannot run the Windows program " + words[0] + ": wine is not installed";
             return result;

@@ -131,6 +131,7 @@ public:
 
     bool ListDirectory(const std::string& path, std::vector<DirectoryEntry>* entries) override {
         entries->clear();
+        if (path.empty()) return false;  // "*" alone would list the current folder
         std::string pattern = path;
         if (!pattern.empty() && pattern.back() != '\\' && pattern.back() != '/') pattern += '\\';
         pattern += '*';

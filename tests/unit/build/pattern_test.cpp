@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -112,6 +113,8 @@ const std::vector<DialectRow>& DialectRows() {
     return rows;
 }
 
+void PrintTo(const DialectRow& row, std::ostream* os) { *os << row.name; }
+
 class PatternDialect : public ::testing::TestWithParam<DialectRow> {};
 
 TEST_P(PatternDialect, MatchesAsTheDialectSays) {
@@ -183,6 +186,8 @@ const std::vector<CompileRow>& CompileRows() {
     };
     return rows;
 }
+
+void PrintTo(const CompileRow& row, std::ostream* os) { *os << row.name; }
 
 class PatternCompileFailure : public ::testing::TestWithParam<CompileRow> {};
 
@@ -257,6 +262,8 @@ const std::vector<CellRow>& CellRows() {
     return rows;
 }
 
+void PrintTo(const CellRow& row, std::ostream* os) { *os << row.name; }
+
 class PatternCells : public ::testing::TestWithParam<CellRow> {};
 
 TEST_P(PatternCells, CountAgainstTheLimit) {
@@ -284,58 +291,39 @@ TEST(PatternCells, PatternAtTheLimitStillMatches) {
 }
 
 // ---------------------------------------------------------------------------
-// The subject is text[start, end).
+// The subject is text[start, end): anchors, word marks, closures and back
+// references see nothing outside it.
 
-TEST(PatternExecute, StartAnchorHoldsAtTheGivenStartOnly) {
-    Pattern pattern;
-    ASSERT_EQ(pattern.Compile("^ab", true), nullptr);
-    const char text[] = "xxabab";
-    MatchResult match;
-    ASSERT_TRUE(pattern.Execute(text, 2, 6, &match));
-    EXPECT_EQ(match.whole.begin, 2u);
-    EXPECT_FALSE(pattern.Execute(text, 1, 6, &match));
-}
-
-TEST(PatternExecute, EndAnchorAndClosuresStopAtTheGivenEnd) {
-    Pattern pattern;
-    const char text[] = "abbbbb";
-    MatchResult match;
-    ASSERT_EQ(pattern.Compile("ab+$", true), nullptr);
-    ASSERT_TRUE(pattern.Execute(text, 0, 3, &match));
-    EXPECT_EQ(match.whole.end, 3u);
-    ASSERT_EQ(pattern.Compile("b*", true), nullptr);
-    ASSERT_TRUE(pattern.Execute(text, 2, 4, &match));
-    EXPECT_EQ(match.whole.begin, 2u);
-    EXPECT_EQ(match.whole.end, 4u);
-}
-
-TEST(PatternExecute, WordMarksSeeOnlyTheSubject) {
-    Pattern pattern;
-    const char text[] = "abc";
-    MatchResult match;
-    ASSERT_EQ(pattern.Compile("\\<b", true), nullptr);
-    ASSERT_TRUE(pattern.Execute(text, 1, 3, &match));
-    EXPECT_EQ(match.whole.begin, 1u);
-    ASSERT_EQ(pattern.Compile("b\\>", true), nullptr);
-    ASSERT_TRUE(pattern.Execute(text, 0, 2, &match));
-    EXPECT_EQ(match.whole.begin, 1u);
-}
-
-TEST(PatternExecute, BackReferenceDoesNotReadPastTheEnd) {
-    Pattern pattern;
-    ASSERT_EQ(pattern.Compile("(ab)\\1", true), nullptr);
-    const char text[] = "ababab";
-    MatchResult match;
-    EXPECT_FALSE(pattern.Execute(text, 0, 3, &match));
-    ASSERT_TRUE(pattern.Execute(text, 1, 6, &match));
-    EXPECT_EQ(match.whole.begin, 2u);
-}
-
-TEST(PatternExecute, RefusesAStartPastTheEnd) {
-    Pattern pattern;
-    ASSERT_EQ(pattern.Compile("a*", true), nullptr);
-    EXPECT_FALSE(pattern.Execute("aa", 3, 2, nullptr));
-    EXPECT_FALSE(pattern.Execute(nullptr, 0, 0, nullptr));
+TEST(PatternExecute, SubjectIsTheGivenRange) {
+    struct Row {
+        const char* name;
+        const char* pattern;
+        const char* text;
+        size_t start, end;
+        bool found;
+        size_t begin, match_end;
+    };
+    const Row rows[] = {
+        {"StartAnchorAtTheGivenStart", "^ab", "xxabab", 2, 6, true, 2, 4},
+        {"StartAnchorNowhereElse", "^ab", "xxabab", 1, 6, false, 0, 0},
+        {"EndAnchorAtTheGivenEnd", "ab+$", "abbbbb", 0, 3, true, 0, 3},
+        {"ClosureStopsAtTheGivenEnd", "b*", "abbbbb", 2, 4, true, 2, 4},
+        {"WordStartAtTheGivenStart", "\\<b", "abc", 1, 3, true, 1, 2},
+        {"WordEndAtTheGivenEnd", "b\\>", "abc", 0, 2, true, 1, 2},
+        {"BackReferenceStopsAtTheGivenEnd", "(ab)\\1", "ababab", 0, 3, false, 0, 0},
+        {"BackReferenceInsideTheRange", "(ab)\\1", "ababab", 1, 6, true, 2, 6},
+        {"StartPastTheEnd", "a*", "aa", 3, 2, false, 0, 0},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        Pattern pattern;
+        ASSERT_EQ(pattern.Compile(row.pattern, std::strlen(row.pattern), true), nullptr);
+        MatchResult match;
+        ASSERT_EQ(pattern.Execute(row.text, row.start, row.end, &match), row.found);
+        if (!row.found) continue;
+        EXPECT_EQ(match.whole.begin, row.begin);
+        EXPECT_EQ(match.whole.end, row.match_end);
+    }
 }
 
 // A megabyte-long closure that gives back all of its run: the matcher keeps
@@ -403,6 +391,8 @@ const std::vector<LinearRow>& LinearRows() {
     };
     return rows;
 }
+
+void PrintTo(const LinearRow& row, std::ostream* os) { *os << row.name; }
 
 class PatternLinearWork : public ::testing::TestWithParam<LinearRow> {};
 

@@ -536,7 +536,7 @@ public:
     }
     uint32_t DeleteFile(const std::string& path, std::string* message) override {
         if (files.erase(path) != 0) return 0;
-        if (message != nullptr) *message = "The system cannot find the file specified.\r\n";
+        if (message != nullptr) *message = "The file is not there.\r\n";
         return platform::kErrorFileNotFound;
     }
     bool SetCurrentDirectory(const std::string&) override { return false; }

@@ -143,6 +143,7 @@ TEST_F(FileSystemTest, ListingAnEmptyFolderSucceedsAndAMissingOneFails) {
     EXPECT_TRUE(entries.empty());
     EXPECT_FALSE(files_.ListDirectory(folder_ / "missing", &entries));
     EXPECT_FALSE(files_.ListDirectory(folder_ / "file.txt", &entries));
+    EXPECT_FALSE(files_.ListDirectory("", &entries));
 }
 
 TEST_F(FileSystemTest, CurrentDirectoryFollowsSetCurrentDirectory) {
@@ -288,6 +289,14 @@ TEST_F(FileSystemTest, FailedAtomicWriteKeepsTheOldStateAndNamesThePath) {
 }
 
 #ifndef _WIN32
+TEST_F(FileSystemTest, AtomicWriteKeepsThePermissionsOfTheFileItReplaces) {
+    const fs::perms mode = fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read;
+    fs::permissions(folder_.native() / "file.txt", mode);
+    std::string error;
+    ASSERT_TRUE(files_.WriteFileAtomically(folder_ / "file.txt", "new", &error)) << error;
+    EXPECT_EQ(fs::status(folder_.native() / "file.txt").permissions(), mode);
+}
+
 // Windows lets anyone create files in a read-only folder; POSIX does not,
 // except for root, who may write anywhere.
 TEST_F(FileSystemTest, FailedAtomicWriteInAReadOnlyFolderKeepsTheOldFile) {

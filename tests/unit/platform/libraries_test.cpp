@@ -35,6 +35,21 @@ TEST(LibrariesTest, LoadsAModuleNamedTheWindowsWayAndFindsItsFunction) {
     }
 }
 
+// As LoadLibraryA does, a relative name is looked for in the program's own
+// folder first, wherever the current folder is.
+TEST(LibrariesTest, ARelativeNameIsFoundInTheProgramsFolder) {
+    Libraries& libraries = *System().libraries;
+    FileSystem& files = *System().files;
+    TempFolder elsewhere;
+    const std::string ours = files.CurrentDirectory();
+    ASSERT_TRUE(files.SetCurrentDirectory(elsewhere.path()));
+    LibraryHandle module = libraries.Load("ads_test_module.dll");
+    ASSERT_TRUE(files.SetCurrentDirectory(ours));
+    ASSERT_NE(module, nullptr) << "error " << libraries.LastError();
+    EXPECT_NE(libraries.Symbol(module, "ads_test_module_answer"), nullptr);
+    EXPECT_TRUE(libraries.Free(module));
+}
+
 TEST(LibrariesTest, LoadFailuresLeaveAnErrorCode) {
     Libraries& libraries = *System().libraries;
     TempFolder folder;
@@ -46,6 +61,7 @@ TEST(LibrariesTest, LoadFailuresLeaveAnErrorCode) {
         {"missing module", folder / "no_such_module.dll"},
         {"missing folder", folder / "missing\\no_such_module.dll"},
         {"file that is no module", folder / "not_a_module.dll"},
+        {"empty name", ""},
     };
     for (const auto& row : rows) {
         EXPECT_EQ(libraries.Load(row.path), nullptr) << row.name;

@@ -188,6 +188,20 @@ TEST(ProcessRunnerTest, ARelativeProgramPathCountsFromOurFolderNotTheChilds) {
     EXPECT_TRUE(fs::equivalent(PrintedDirectory(result.output), folder.native())) << result.output;
 }
 
+// As CreateProcess does, a bare program name is looked for in our own
+// program's folder before the search path.
+TEST(ProcessRunnerTest, ABareProgramNameIsFoundBesideOurProgram) {
+    TempFolder folder;
+    FileSystem& files = *System().files;
+    const std::string ours = files.CurrentDirectory();
+    ASSERT_TRUE(files.SetCurrentDirectory(folder.path()));
+    const RunResult result =
+        RunCommand(std::string("ads_test_child") + test_support::kExecutableSuffix + " --out found");
+    ASSERT_TRUE(files.SetCurrentDirectory(ours));
+    ASSERT_TRUE(result.started) << result.error;
+    EXPECT_EQ(result.output, "found\n");
+}
+
 TEST(ProcessRunnerTest, ProgramsThatCannotStartSayWhy) {
     TempFolder folder;
     const struct {

@@ -1,0 +1,11 @@
+# The option codec and the page models of the tool option pages (no UI).
+add_library(ads_options STATIC
+  ${CMAKE_CURRENT_LIST_DIR}/option_text.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/option_tables.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/page_state.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/compiler_options.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/assembler_options.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/pages.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/effective_options.cpp)
+target_include_directories(ads_options PUBLIC ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR}/include)
+target_link_libraries(ads_options PUBLIC ads_config PRIVATE ads_warnings)
