@@ -74,6 +74,19 @@ typedef void (ADS_CALL *AdsServiceEntry)(AdsHostServices* services);
 
 typedef ads::ConfigNode AdsNode;
 
+// How the host slots answer:
+//   CommitNode        node takes the edited copy's attributes and children; 1 done
+//   FindSettingNode   the child named key, created (tagged flag_key = 1) when missing
+//   RunTool           runs the command line in the current folder; the buffer gets at
+//                     most size - 1 bytes of its output and a terminator, *exit_code
+//                     its exit code; 1 when it ran, 0 when it could not be started
+//   WriteOutput       appends the text to the pane (0: build output); 1 done
+//   RegisterToolchain 1 when the host accepts the fifteen texts
+//   IsOutOfDate       non-zero when the file must be translated
+//   TranslateFile     non-zero when the host translated the file
+//   MakeTarget        non-zero when the host built the target
+// ParseOutput's integer is the length of the text in bytes.
+
 struct PluginInterface {
     int (ADS_CALL *Attach)(const AdsHostContext* context);                        // 0
     void (ADS_CALL *InstallTool)(AdsNode* node);                                   // 1

@@ -2,6 +2,7 @@
 // commit protocol.
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <memory>
 #include <string>
 #include <vector>
@@ -105,6 +106,74 @@ TEST(RegisterToolchain, KeepsTheTextsOnlyWhenAllFifteenAreThere) {
     record.text[14] = "";
     EXPECT_EQ(0u, PluginHost::RegisterToolchain(&record));
     EXPECT_EQ(0u, PluginHost::RegisterToolchain(nullptr));
+}
+
+}  // namespace
+}  // namespace ads::host
+
+namespace ads::host {
+namespace {
+
+// Host slot 16 with a real program: the caller's buffer receives at most
+// its size less the terminator, the word receives the exit code.
+class RunToolTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        child = platform::System().files->ExecutableDirectory() + "/ads_test_child";
+#ifdef _WIN32
+        child += ".exe";
+#endif
+        ASSERT_TRUE(platform::System().files->FileExists(child)) << child;
+    }
+    // The executable as the plug-in writes it: a Windows path.
+    std::string Command(const std::string& args) {
+        std::string exe = child;
+        for (char& c : exe) {
+            if (c == '/') c = '\\';
+        }
+        return platform::QuoteArgument(exe) + " " + args;
+    }
+    std::string child;
+    PluginHost host{platform::System()};
+};
+
+TEST_F(RunToolTest, CapturesOutputAndTheExitCode) {
+    char buffer[64];
+    std::memset(buffer, 'x', sizeof buffer);
+    AdsWord exit_code = 99;
+    EXPECT_EQ(1u, PluginHost::RunTool(Command("--out \"a b\" --err \"c\\\"d\" --exit 3").c_str(), 0,
+                                      buffer, sizeof buffer, &exit_code));
+    EXPECT_EQ(3u, exit_code);
+    std::string text(buffer);
+    EXPECT_NE(std::string::npos, text.find("a b")) << text;
+    EXPECT_NE(std::string::npos, text.find("c\"d")) << text;
+}
+
+TEST_F(RunToolTest, OutputStopsAtTheBufferSizeWithItsTerminator) {
+    char buffer[16];
+    std::memset(buffer, 'x', sizeof buffer);
+    AdsWord exit_code = 99;
+    EXPECT_EQ(1u, PluginHost::RunTool(Command("--bytes 100").c_str(), 0, buffer, sizeof buffer, &exit_code));
+    EXPECT_EQ(0u, exit_code);
+    EXPECT_EQ(15u, std::strlen(buffer));
+    EXPECT_EQ(std::string("012345678901234"), buffer);
+}
+
+TEST_F(RunToolTest, AProgramThatCannotStartReportsFailure) {
+    char buffer[16] = "unchanged";
+    AdsWord exit_code = 0;
+    EXPECT_EQ(0u, PluginHost::RunTool("C:\\no\\such\\armcc.exe -c x.c", 0, buffer, sizeof buffer, &exit_code));
+    EXPECT_EQ(0u, PluginHost::RunTool(nullptr, 0, buffer, sizeof buffer, &exit_code));
+}
+
+TEST(WriteOutput, AppendsThePaneTextUnchanged) {
+    PluginHost host(platform::System());
+    std::string pane;
+    host.SetOutput(&pane);
+    EXPECT_EQ(1u, PluginHost::WriteOutput("\r\nLinking...\r\n", 0));
+    EXPECT_EQ(1u, PluginHost::WriteOutput("x", 0));
+    EXPECT_EQ(0u, PluginHost::WriteOutput(nullptr, 0));
+    EXPECT_EQ("\r\nLinking...\r\nx", pane);
 }
 
 }  // namespace
