@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "platform/platform.h"
-#include "support/temp_dir.h"
+#include "support/temp_folder.h"
 
 namespace ads {
 namespace {
@@ -19,8 +19,7 @@ struct Outcome {
 class OrvhostTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        dir = ads::testing::MakeTempDir("orvhost-e2e");
-        ASSERT_FALSE(dir.empty());
+        dir = folder.path();
         exe = fs().ExecutableDirectory() + "/orvhost";
 #ifdef _WIN32
         exe += ".exe";
@@ -62,6 +61,7 @@ protected:
         EXPECT_EQ(before, Read("demo.orv"));
     }
 
+    platform::test_support::TempFolder folder;
     std::string dir, exe;
 };
 

@@ -16,7 +16,7 @@
 
 #include "ads/config_node.h"
 #include "platform/platform.h"
-#include "unit/platform/temp_folder.h"
+#include "support/temp_folder.h"
 
 namespace ads::host {
 namespace {

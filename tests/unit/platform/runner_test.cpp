@@ -1,5 +1,5 @@
 #include "platform/platform.h"
-#include "unit/platform/temp_folder.h"
+#include "support/temp_folder.h"
 
 #include <gtest/gtest.h>
 
