@@ -124,14 +124,16 @@ public:
         if (root_->Name() != "OrvaneProject") Fail(path + ": not an orvhost project (root element '" + root_->Name() + "')");
     }
 
-    void LoadPlugin() {
+    // The plug-in learns the project root from the first node it is given:
+    // the root itself, unless the command installs a new node anyway.
+    void LoadPlugin(bool introduce_root = true) {
         std::string module;
         if (!platform_.environment->Get("ORVANE_PLUGIN", &module) || module.empty()) {
             module = platform_.files->ExecutableDirectory() + "/" + ADS_PLUGIN_FILE;
         }
         std::string error;
         if (!host_.Load(module, &error)) Fail(error);
-        host_.SetProject(root_.get());
+        host_.SetProject(root_.get(), introduce_root);
     }
 
     void Save() {
@@ -184,7 +186,7 @@ int CommandAddTarget(const std::vector<std::string>& args, platform::Platform& p
     const std::string& name = args[2];
     if (name.empty()) Fail(args[1] + ": a target needs a name");
     if (s.FindTarget(name) != nullptr) Fail(args[1] + ": target '" + name + "' exists already");
-    s.LoadPlugin();
+    s.LoadPlugin(false);
     auto* config = new ConfigNode("Configuration");
     config->SetAttribute("Name", name.c_str());
     s.Child("Configurations")->AppendChild(config);
@@ -233,7 +235,7 @@ int CommandAddFile(const std::vector<std::string>& args, platform::Platform& pla
     });
     if (duplicate) Fail(project + ": '" + relative + "' is in the project already");
 
-    s.LoadPlugin();
+    s.LoadPlugin(false);
     ConfigNode* parent = s.Child("Files");
     size_t start = 0;
     while (!group.empty() && start <= group.size()) {
@@ -265,7 +267,7 @@ int CommandAddFile(const std::vector<std::string>& args, platform::Platform& pla
 
 void PrintAttributes(const ConfigNode& node, const char* indent) {
     for (const auto* a = node.FirstAttribute(); a; a = node.NextAttribute(a)) {
-        std::printf("%s%s = %s\n", indent, Printable(a->name).c_str(), Printable(a->value).c_str());
+        std::printf("%s%s = \"%s\"\n", indent, Printable(a->name).c_str(), Printable(a->value).c_str());
     }
 }
 

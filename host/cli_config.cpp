@@ -24,8 +24,11 @@ struct Failure {
 
 [[noreturn]] void Fail(const std::string& message, int status = 2) { throw Failure{status, message}; }
 
-platform::Registry& RegistryOf(platform::Platform& platform) {
+// The registry, when it can be read at all: a malformed registry file is
+// bad input.
+platform::Registry& UsableRegistry(platform::Platform& platform) {
     if (platform.registry == nullptr) platform.registry = &platform::SystemRegistry();
+    if (!platform.registry->OpenKey(platform::RegistryRoot::kLocalMachine, "")) Fail(platform.registry->LastError());
     return *platform.registry;
 }
 
@@ -96,7 +99,7 @@ int SetAdsHome(const std::vector<std::string>& args, platform::Platform& platfor
     }
     if (folder.empty()) Fail(kUsageSetAdsHome);
     const std::string home = FolderOrFail(platform, folder);
-    platform::Registry& registry = RegistryOf(platform);
+    platform::Registry& registry = UsableRegistry(platform);
     if (version.empty()) {
         // Keep the version the installer (or an earlier call) recorded.
         if (auto key = registry.OpenKey(platform::RegistryRoot::kLocalMachine, plugin::kAdsCurrentVersionKey)) {
@@ -120,18 +123,17 @@ int SetAdsHome(const std::vector<std::string>& args, platform::Platform& platfor
 int Show(const std::vector<std::string>& args, platform::Platform& platform) {
     if (args.size() != 2) Fail(kUsageShow);
 
+    // Bad input first, before anything is printed.
     const std::string config_path = ConfigPathOrFail(platform);
     HostConfig config;
     std::string error;
     if (!LoadHostConfig(*platform.files, config_path, &config, &error)) Fail(error);
+    platform::Registry& registry = UsableRegistry(platform);
+
     std::printf("configuration: %s%s\n", config_path.c_str(),
                 platform.files->PathExists(config_path) ? "" : " (not written yet)");
     for (const std::string& directory : config.tool_directories) std::printf("  tools-dir: %s\n", directory.c_str());
     if (config.tool_directories.empty()) std::printf("  tools-dir: (none)\n");
-
-    // A registry that cannot be read at all (a malformed file) is bad input.
-    platform::Registry& registry = RegistryOf(platform);
-    if (!registry.OpenKey(platform::RegistryRoot::kLocalMachine, "")) Fail(registry.LastError());
     std::printf("registry: %s\n", RegistryLocation(platform).c_str());
     const std::string home = plugin::ReadArmHomeFromRegistry(registry);
     std::printf("  ARMHOME: %s\n", home.empty() ? "(none)" : home.c_str());

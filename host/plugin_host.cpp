@@ -109,9 +109,9 @@ void PluginHost::Unload() {
     }
 }
 
-void PluginHost::SetProject(ConfigNode* root) {
+void PluginHost::SetProject(ConfigNode* root, bool introduce) {
     project_ = root;
-    if (table_ != nullptr && root != nullptr) table_->InstallTool(root);
+    if (introduce && table_ != nullptr && root != nullptr) table_->InstallTool(root);
 }
 
 bool PluginHost::TakeModified() { return std::exchange(modified_, false); }

@@ -29,8 +29,10 @@ public:
     PluginInterface* table() const { return table_; }
     bool loaded() const { return table_ != nullptr; }
 
-    // The project the plug-in works on; the host keeps ownership.
-    void SetProject(ConfigNode* root);
+    // The project the plug-in works on; the host keeps ownership. The
+    // plug-in learns the root from the first node installed (InstallTool):
+    // introduce it here unless the caller installs a node of it anyway.
+    void SetProject(ConfigNode* root, bool introduce = true);
     ConfigNode* project() const { return project_; }
     // Whether a host slot changed the project since the last call.
     bool TakeModified();

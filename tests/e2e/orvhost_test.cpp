@@ -82,7 +82,7 @@ TEST_F(OrvhostTest, NewAddTargetAddFileAndShow) {
     ASSERT_EQ(0, r.status) << r.output;
     const char* expected[] = {
         "project 'demo' (demo.orv)",
-        "  Debug\n    Name = Debug",
+        "  Debug\n    Name = \"Debug\"",
         "  Release \xE9t\xE9 \"2\"",
         "  Sources/\n    C/\n      src\\main.c (C)",
         "  start.s (assembler)",
