@@ -332,8 +332,9 @@ TEST_F(PluginTest, ShowSettingsClassifiesTheNodeForTheDialog) {
         ConfigNode* node;
         int kind;
     } rows[] = {{project.get(), 8}, {folder, 7}, {file, 1}, {typed_folder, 3}, {other, 0}};
+    int seen = -1;
     for (const Row& row : rows) {
-        int seen = -1;
+        seen = -1;
         app->SetSettingsDialog([&](ConfigNode*, int kind) { return seen = kind, DialogOutcome{}; });
         EXPECT_EQ(kIdCancel, t->ShowSettings(row.node));
         EXPECT_EQ(row.kind, seen) << row.node->Name();
