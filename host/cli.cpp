@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "cli_config.h"
+#include "cli_support.h"
 #include "plugin_host.h"
 #include "project_file.h"
 
@@ -25,6 +26,10 @@ const char kUsage[] =
     "                                   add a source file, optionally in a group\n"
     "                                   (nested groups as A/B)\n"
     "  show PROJECT [--target NAME]     print the project's targets and files\n"
+    "  options PROJECT [--target NAME] [--file PATH]\n"
+    "                                   print the option string each tool gets (armasm,\n"
+    "                                   armcc, armcpp, tcc, tcpp), for the target or the\n"
+    "                                   file; exit status 1 when one cannot be made\n"
     "  config set-tools-dir DIR         look for the ADS tools in DIR first\n"
     "  config set-ads-home DIR [--version NAME]\n"
     "                                   record DIR as the ADS installation (DIR\\Bin\n"
@@ -36,134 +41,6 @@ const char kUsage[] =
     "environment: ORVANE_PLUGIN names another plug-in module to load;\n"
     "ORVANE_CONFIG names orvhost's configuration file; ORVANE_REGISTRY names\n"
     "the .reg file that holds the registry (on Windows instead of the real one).\n";
-
-struct Failure {
-    std::string message;
-};
-
-[[noreturn]] void Fail(const std::string& message) { throw Failure{message}; }
-
-std::string BaseName(const std::string& path) {
-    size_t slash = path.find_last_of("/\\");
-    std::string name = slash == std::string::npos ? path : path.substr(slash + 1);
-    size_t dot = name.rfind('.');
-    if (dot != std::string::npos && dot > 0) name.resize(dot);
-    return name;
-}
-
-std::string DirectoryOf(const std::string& path) {
-    size_t slash = path.find_last_of("/\\");
-    return slash == std::string::npos ? std::string() : path.substr(0, slash);
-}
-
-std::string ToBackslashes(std::string path) {
-    for (char& c : path) {
-        if (c == '/') c = '\\';
-    }
-    return path;
-}
-
-std::string Lower(std::string s) {
-    for (char& c : s) {
-        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-    }
-    return s;
-}
-
-// Which source kind orvhost gives a file, by its extension.
-int FileTypeFor(const std::string& path) {
-    size_t dot = path.rfind('.');
-    if (dot == std::string::npos) return 0;
-    std::string ext = Lower(path.substr(dot));
-    if (ext == ".c") return 1;
-    if (ext == ".s" || ext == ".asm") return 2;
-    if (ext == ".cpp" || ext == ".cc" || ext == ".cxx" || ext == ".c++") return 3;
-    return 0;
-}
-
-const char* KindName(int type) {
-    switch (type) {
-        case 1: return "C";
-        case 2: return "assembler";
-        case 3: return "C++";
-        default: return "other";
-    }
-}
-
-// Prints a value with its control bytes escaped, so that one attribute is
-// one line.
-std::string Printable(const std::string& value) {
-    std::string out;
-    for (unsigned char c : value) {
-        switch (c) {
-            case '\r': out += "\\r"; break;
-            case '\n': out += "\\n"; break;
-            case '\t': out += "\\t"; break;
-            default:
-                if (c < 0x20 || c == 0x7f) {
-                    char buf[8];
-                    std::snprintf(buf, sizeof buf, "\\x%02X", c);
-                    out += buf;
-                } else {
-                    out += static_cast<char>(c);
-                }
-        }
-    }
-    return out;
-}
-
-class Session {
-public:
-    explicit Session(platform::Platform& platform) : platform_(platform), host_(platform) {}
-
-    void Open(const std::string& path) {
-        path_ = path;
-        std::string error;
-        root_ = LoadProject(*platform_.files, path, &error);
-        if (!root_) Fail(error);
-        if (root_->Name() != "OrvaneProject") Fail(path + ": not an orvhost project (root element '" + root_->Name() + "')");
-    }
-
-    // The plug-in learns the project root from the first node it is given:
-    // the root itself, unless the command installs a new node anyway.
-    void LoadPlugin(bool introduce_root = true) {
-        std::string module;
-        if (!platform_.environment->Get("ORVANE_PLUGIN", &module) || module.empty()) {
-            module = platform_.files->ExecutableDirectory() + "/" + ADS_PLUGIN_FILE;
-        }
-        std::string error;
-        if (!host_.Load(module, &error)) Fail(error);
-        host_.SetProject(root_.get(), introduce_root);
-    }
-
-    void Save() {
-        std::string error;
-        if (!SaveProject(*platform_.files, path_, *root_, &error)) Fail(error);
-    }
-
-    ConfigNode* Child(const char* name) {
-        ConfigNode* node = root_->FindChild(name);
-        if (node == nullptr) {
-            node = new ConfigNode(name);
-            root_->AppendChild(node);
-        }
-        return node;
-    }
-
-    ConfigNode* FindTarget(const std::string& name) {
-        ConfigNode* configs = root_->FindChild("Configurations");
-        for (ConfigNode* c = configs ? configs->FirstChild() : nullptr; c; c = c->NextSibling()) {
-            const char* n = c->GetAttribute("Name");
-            if (c->Name() == "Configuration" && n != nullptr && name == n) return c;
-        }
-        return nullptr;
-    }
-
-    platform::Platform& platform_;
-    PluginHost host_;
-    std::string path_;
-    std::unique_ptr<ConfigNode> root_;
-};
 
 int CommandNew(const std::vector<std::string>& args, platform::Platform& platform) {
     if (args.size() != 2) Fail("usage: orvhost new PROJECT");
@@ -356,12 +233,13 @@ int RunCli(const std::vector<std::string>& args, platform::Platform& platform) {
         if (command == "add-target") return CommandAddTarget(args, platform);
         if (command == "add-file") return CommandAddFile(args, platform);
         if (command == "show") return CommandShow(args, platform);
+        if (command == "options") return CommandOptions(args, platform);
         if (command == "config") return RunConfigCommand(args, platform);
         Fail("unknown command '" + command + "' (see orvhost --help)");
-    } catch (const Failure& f) {
+    } catch (const CliFailure& f) {
         std::fflush(stdout);
         std::fprintf(stderr, "orvhost: %s\n", f.message.c_str());
-        return 2;
+        return f.status;
     }
 }
 

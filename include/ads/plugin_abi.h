@@ -86,6 +86,14 @@ typedef ads::ConfigNode AdsNode;
 //   TranslateFile     non-zero when the host translated the file
 //   MakeTarget        non-zero when the host built the target
 // ParseOutput's integer is the length of the text in bytes.
+//
+// LookupKeyed (slot 20) is how the host reads the dependency sets the
+// plug-in collected with the compilers' -M scans: the key is a source's
+// "RelativePath"; when the plug-in holds a set for it, it writes the
+// dependencies (full paths, one per line, each ended by "\n") into the
+// buffer at word 1 (size in word 2, the text always terminated, cut at a
+// line end when it does not fit) and returns their number; 0 when the key
+// is absent. Word 3 is reserved (0).
 
 struct PluginInterface {
     int (ADS_CALL *Attach)(const AdsHostContext* context);                        // 0

@@ -8,7 +8,7 @@
 
 #include "platform/platform.h"
 #include "platform/registry.h"
-#include "support/temp_dir.h"
+#include "support/temp_folder.h"
 
 namespace ads {
 namespace {
@@ -33,8 +33,7 @@ std::string RegText(const std::string& text) {
 class OrvhostConfigTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        dir = ads::testing::MakeTempDir("orvhost-config");
-        ASSERT_FALSE(dir.empty());
+        dir = folder.path();
         exe = fs().ExecutableDirectory() + "/orvhost";
 #ifdef _WIN32
         exe += ".exe";
@@ -105,6 +104,7 @@ protected:
         return n;
     }
 
+    platform::test_support::TempFolder folder;
     std::string dir, exe, registry, config;
 };
 
@@ -230,29 +230,29 @@ TEST_F(OrvhostConfigTest, AddTargetCarriesEveryDefaultByteForByte) {
     const std::string expected =
         "targets:\n"
         "  Debug\n"
-        "    Name = Debug\n"
-        "    SIMCLK = 12.000000\n"
-        "    ADS_AsmParam = $(ADS_PARAM) \"$(SOURCE)\" \"$(OBJ)\"\n"
-        "    ADS_CParam = $(ADS_PARAM) -c \"$(SOURCE)\" -o \"$(OBJ)\"\n"
-        "    ADS_LinkParam = $(OBJS) $(ADS_LNKPARAM) -o \"$(ELF)\"\n"
-        "    ADS_OPTDBG = 1,RDI 0,1,0,1,0,(\"\")\n"
-        "    ADS_OUTPUT_DIR = {Project}\n"
-        "    ADS_LinkerName = ARM Linker\n"
-        "    ADS_FileMap = (.s@armasm),(.c@armcc),(.cc&&.cpp@armcpp)\n"
-        "    ADS_USRAPPFILE = \n"
-        "    SearchPath =  -I\".*\"  -J\"{Compiler}Include*\"  -J\"{Compiler}Lib*\" \n"
-        "    ADS_LNKPARAM = \n"
-        "    AppFile = \n"
-        "    ADS_GArmAsmParam =  -keep -split_ldm -g\n"
-        "    ADS_GArmCCParam =  -O0 -g+\n"
-        "    ADS_GArmCppParam =  -O0 -g+\n"
-        "    ADS_GThmCCParam =  -O0 -g+\n"
-        "    ADS_GThmCppParam =  -O0 -g+\n"
-        "    ADS_FromELFParam =  -elf\n"
-        "    ADS_PostLnk = ARM fromELF\n"
-        "    UpdateTgtBeforeDbg = 1\n"
-        "    ServeDebugOptions = \n"
-        "    ADS_BatchFileParam = 0,()\n";
+        "    Name = \"Debug\"\n"
+        "    SIMCLK = \"12.000000\"\n"
+        "    ADS_AsmParam = \"$(ADS_PARAM) \"$(SOURCE)\" \"$(OBJ)\"\"\n"
+        "    ADS_CParam = \"$(ADS_PARAM) -c \"$(SOURCE)\" -o \"$(OBJ)\"\"\n"
+        "    ADS_LinkParam = \"$(OBJS) $(ADS_LNKPARAM) -o \"$(ELF)\"\"\n"
+        "    ADS_OPTDBG = \"1,RDI 0,1,0,1,0,(\"\")\"\n"
+        "    ADS_OUTPUT_DIR = \"{Project}\"\n"
+        "    ADS_LinkerName = \"ARM Linker\"\n"
+        "    ADS_FileMap = \"(.s@armasm),(.c@armcc),(.cc&&.cpp@armcpp)\"\n"
+        "    ADS_USRAPPFILE = \"\"\n"
+        "    SearchPath = \" -I\".*\"  -J\"{Compiler}Include*\"  -J\"{Compiler}Lib*\" \"\n"
+        "    ADS_LNKPARAM = \"\"\n"
+        "    AppFile = \"\"\n"
+        "    ADS_GArmAsmParam = \" -keep -split_ldm -g\"\n"
+        "    ADS_GArmCCParam = \" -O0 -g+\"\n"
+        "    ADS_GArmCppParam = \" -O0 -g+\"\n"
+        "    ADS_GThmCCParam = \" -O0 -g+\"\n"
+        "    ADS_GThmCppParam = \" -O0 -g+\"\n"
+        "    ADS_FromELFParam = \" -elf\"\n"
+        "    ADS_PostLnk = \"ARM fromELF\"\n"
+        "    UpdateTgtBeforeDbg = \"1\"\n"
+        "    ServeDebugOptions = \"\"\n"
+        "    ADS_BatchFileParam = \"0,()\"\n";
     const size_t at = r.output.find("targets:\n");
     ASSERT_NE(std::string::npos, at) << r.output;
     EXPECT_EQ(expected, r.output.substr(at));

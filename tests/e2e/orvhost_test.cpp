@@ -131,3 +131,54 @@ TEST_F(OrvhostTest, HelpTellsTheCommands) {
 
 }  // namespace
 }  // namespace ads
+
+namespace ads {
+namespace {
+
+// A hand-written project: tool-wide strings on the target, target-level page
+// states on the project's settings child, a file with states of its own.
+const char kOptionsProject[] =
+    "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\n"
+    "<OrvaneProject Name=\"opts\">\n"
+    "  <Configurations>\n"
+    "    <Configuration Name=\"Debug\" ADS_GArmAsmParam=\" -keep -g\" ADS_GArmCCParam=\" -O2 -cpu ARM920T\"\n"
+    "        ADS_GArmCppParam=\" -O0 -g+\" ADS_GThmCCParam=\" -O1\" ADS_GThmCppParam=\" -cpu NoSuchCore\"/>\n"
+    "    <Configuration Name=\"Release\" ADS_GArmCCParam=\" -O1 -bi\"/>\n"
+    "  </Configurations>\n"
+    "  <Files>\n"
+    "    <File RelativePath=\"src\\main.c\" FileType=\"1\">\n"
+    "      <ADS_CParam Debug=\" -O2\" Debug_tool=\"2\" Debug_ArmC_Debug_Opt=\"-1,-1,-1,0,1\"/>\n"
+    "    </File>\n"
+    "  </Files>\n"
+    "</OrvaneProject>\n";
+
+TEST_F(OrvhostTest, OptionsPrintsEachToolsStringAsTheToolGetsIt) {
+    Write("opts.orv", kOptionsProject);
+    Outcome r = Orvhost({"options", "opts.orv"});
+    // The Thumb C++ string names a processor the pages do not know.
+    EXPECT_EQ(1, r.status) << r.output;
+    const char* lines[] = {
+        "armasm= -keep -g\n",
+        "armcc= -cpu ARM920T -O2\n",
+        "armcpp= -O0 -g+\n",
+        "tcc= -O1\n",
+        "tcpp=GetTempCCppOption Error\n",
+    };
+    for (const char* line : lines) EXPECT_NE(std::string::npos, r.output.find(line)) << line << r.output;
+
+    // The file's own states: optimisation level 0, for time.
+    r = Orvhost({"options", "opts.orv", "--file", "src/main.c"});
+    EXPECT_NE(std::string::npos, r.output.find("armcc= -cpu ARM920T -O0 -Otime\n")) << r.output;
+
+    r = Orvhost({"options", "opts.orv", "--target", "Release"});
+    EXPECT_NE(std::string::npos, r.output.find("armcc= -bi -O1\n")) << r.output;
+}
+
+TEST_F(OrvhostTest, OptionsRefusesAnUnknownTargetOrFile) {
+    Write("demo.orv", kOptionsProject);
+    ExpectRefused({"options", "demo.orv", "--target", "Nope"}, "demo.orv: no target named 'Nope'");
+    ExpectRefused({"options", "demo.orv", "--file", "src/other.c"}, "demo.orv: no file 'src/other.c'");
+}
+
+}  // namespace
+}  // namespace ads

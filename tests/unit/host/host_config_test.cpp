@@ -8,7 +8,7 @@
 
 #include "host_config.h"
 #include "support/fake_platform.h"
-#include "support/temp_dir.h"
+#include "support/temp_folder.h"
 
 namespace ads::host {
 namespace {
@@ -24,14 +24,14 @@ std::string Slurp(const std::string& path) {
 class HostConfigTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        dir = ads::testing::MakeTempDir("hostconf");
-        ASSERT_FALSE(dir.empty());
+        dir = folder.path();
         path = dir + "/orvhost.conf";
     }
     void Put(const std::string& text) {
         std::string error;
         ASSERT_TRUE(Files().WriteFileAtomically(path, text, &error)) << error;
     }
+    platform::test_support::TempFolder folder;
     std::string dir, path;
 };
 

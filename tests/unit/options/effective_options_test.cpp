@@ -9,45 +9,38 @@
 namespace ads::options {
 namespace {
 
-// A project with two targets: tool-wide strings on the "Configuration"
-// nodes, target-level page states under the root, and one C file with its
-// own states.
+// Two targets with tool-wide strings on their "Configuration" nodes,
+// target-level states under the root, and a C file with its own states.
 struct Project {
     std::unique_ptr<ConfigNode> root = std::make_unique<ConfigNode>("OrvaneProject");
-    ConfigNode* debug = nullptr;
-    ConfigNode* release = nullptr;
-    ConfigNode* file = nullptr;
+    ConfigNode* debug = AddTarget("Debug");
+    ConfigNode* release = AddTarget("Release");
+    ConfigNode* file = new ConfigNode("File");
 
     Project() {
-        auto* configurations = new ConfigNode("Configurations");
-        root->AppendChild(configurations);
-        debug = AddTarget(configurations, "Debug");
-        release = AddTarget(configurations, "Release");
         release->SetAttribute("ADS_GArmCCParam", " -O2 -Otime -cpu ARM920T");
+        auto* c = new ConfigNode("ADS_CParam");
+        root->AppendChild(c);
+        c->SetAttribute("Debug_ArmC_Tar", "-1,-1,1,0");
+        c->SetAttribute("Debug_ThumbC_Debug_Opt", "-1,-1,-1,-1,1");
+        c->SetAttribute("Debug_ArmCpp_PrePro", " -DCPP");
+        c->SetAttribute("Release_ArmC_Tar", "43");
+        auto* a = new ConfigNode("ADS_AsmParam");
+        root->AppendChild(a);
+        a->SetAttribute("Debug_Asm_Atpcs", "-1,-1,-1,1");
 
-        auto* c_states = new ConfigNode("ADS_CParam");
-        root->AppendChild(c_states);
-        c_states->SetAttribute("Debug_ArmC_Tar", "-1,-1,1,0");
-        c_states->SetAttribute("Debug_ThumbC_Debug_Opt", "-1,-1,-1,-1,1");
-        c_states->SetAttribute("Debug_ArmCpp_PrePro", " -DCPP");
-        c_states->SetAttribute("Release_ArmC_Tar", "43,-1,-1,-1");
-        auto* asm_states = new ConfigNode("ADS_AsmParam");
-        root->AppendChild(asm_states);
-        asm_states->SetAttribute("Debug_Asm_Atpcs", "-1,-1,-1,1");
-
-        file = new ConfigNode("File");
-        file->SetAttribute("RelativePath", "src\\main.c");
-        file->SetAttribute("FileType", "1");
         root->AppendChild(file);
-        auto* per_file = new ConfigNode("ADS_CParam");
-        file->AppendChild(per_file);
-        per_file->SetAttribute("Debug", " -O0 -g+");
-        per_file->SetAttribute("Debug_tool", "2");
-        per_file->SetAttribute("Debug_ArmC_Code_Gen", "1,-1,-1,-1,-1");
-        per_file->SetAttribute("Release_ArmC_Code_Gen", "-1,1,-1,-1,-1");
+        auto* own = new ConfigNode("ADS_CParam");
+        file->AppendChild(own);
+        own->SetAttribute("Debug", " -O0 -g+");
+        own->SetAttribute("Debug_tool", "2");
+        own->SetAttribute("Debug_ArmC_Code_Gen", "1");
+        own->SetAttribute("Release_ArmC_Code_Gen", "-1,1");
     }
 
-    static ConfigNode* AddTarget(ConfigNode* configurations, const char* name) {
+    ConfigNode* AddTarget(const char* name) {
+        ConfigNode* configurations = root->FindChild("Configurations");
+        if (configurations == nullptr) root->AppendChild(configurations = new ConfigNode("Configurations"));
         auto* c = new ConfigNode("Configuration");
         c->SetAttribute("Name", name);
         c->SetAttribute("ADS_GArmAsmParam", " -keep -split_ldm -g");
@@ -59,21 +52,17 @@ struct Project {
     }
 };
 
-TEST(EffectiveOptions, EachToolOfATargetWithProjectLevelStates) {
+TEST(EffectiveOptions, EachToolOfATargetWithTargetLevelStates) {
     Project p;
-    struct Row {
-        Tool tool;
-        const char* expected;
-    };
-    const Row rows[] = {
+    const std::pair<Tool, const char*> rows[] = {
         {Tool::kArmasm, " -apcs /interwork -keep -split_ldm -g"},
         {Tool::kArmcc, " -ansi -strict -bi -O0 -g+"},
         {Tool::kTcc, " -O0 -Otime -g+"},
         {Tool::kArmcpp, " -O0 -g+ -DCPP"},
         {Tool::kTcpp, " -O0 -g+"},
     };
-    for (const Row& row : rows) {
-        EXPECT_EQ(EffectiveOptions(row.tool, p.debug, p.root.get(), "Debug"), row.expected) << ToolName(row.tool);
+    for (const auto& [tool, expected] : rows) {
+        EXPECT_EQ(EffectiveOptions(tool, p.debug, p.root.get(), "Debug"), expected) << ToolName(tool);
     }
     EXPECT_EQ(EffectiveOptions(Tool::kArmcc, p.release, p.root.get(), "Release"), " -cpu ARM9TDMI -O2 -Otime");
 }
@@ -81,10 +70,9 @@ TEST(EffectiveOptions, EachToolOfATargetWithProjectLevelStates) {
 TEST(EffectiveOptions, AFileUsesItsOwnStatesOverTheToolWideString) {
     Project p;
     EXPECT_EQ(EffectiveOptions(Tool::kArmcc, p.debug, p.file, "Debug"), " -O0 -g+ -fy")
-        << "the project-level states of Debug take no part";
+        << "the target-level states of Debug take no part";
     EXPECT_EQ(EffectiveOptions(Tool::kArmcc, p.release, p.file, "Release"), " -cpu ARM920T -O2 -Otime -zc");
-    EXPECT_EQ(EffectiveOptions(Tool::kTcc, p.debug, p.file, "Debug"), " -O0 -g+")
-        << "states are per family: the file has none for tcc";
+    EXPECT_EQ(EffectiveOptions(Tool::kTcc, p.debug, p.file, "Debug"), " -O0 -g+") << "no tcc states on the file";
 }
 
 TEST(EffectiveOptions, MissingNodesMeanNoStatesAndAnEmptyToolWideString) {
@@ -92,9 +80,8 @@ TEST(EffectiveOptions, MissingNodesMeanNoStatesAndAnEmptyToolWideString) {
     ConfigNode bare("File");
     EXPECT_EQ(EffectiveOptions(Tool::kArmcc, p.debug, &bare, "Debug"), " -O0 -g+");
     EXPECT_EQ(EffectiveOptions(Tool::kArmcc, p.debug, nullptr, "Debug"), " -O0 -g+");
-    EXPECT_EQ(EffectiveOptions(Tool::kArmcc, p.debug, p.root.get(), "NoSuchTarget"), " -O0 -g+");
-    EXPECT_EQ(EffectiveOptions(Tool::kArmasm, nullptr, nullptr, "Debug"), "")
-        << "an empty assembler string resolves to the assembler's defaults";
+    EXPECT_EQ(EffectiveOptions(Tool::kArmcc, p.debug, p.root.get(), "Other"), " -O0 -g+");
+    EXPECT_EQ(EffectiveOptions(Tool::kArmasm, nullptr, nullptr, "Debug"), "");
     ConfigNode no_keys("Configuration");
     EXPECT_EQ(EffectiveOptions(Tool::kArmasm, &no_keys, p.root.get(), "Debug"), " -apcs /interwork");
 }
@@ -102,20 +89,14 @@ TEST(EffectiveOptions, MissingNodesMeanNoStatesAndAnEmptyToolWideString) {
 TEST(EffectiveOptions, ErrorsCarryTheTextOfTheirToolFamily) {
     Project p;
     p.debug->SetAttribute("ADS_GArmAsmParam", " -cpu Nope");
-    const Tool compilers[] = {Tool::kArmcc, Tool::kArmcpp, Tool::kTcc, Tool::kTcpp};
-    for (Tool tool : compilers) {
+    for (Tool tool : {Tool::kArmcc, Tool::kArmcpp, Tool::kTcc, Tool::kTcpp, Tool::kArmasm}) {
         try {
-            EffectiveOptions(tool, nullptr, nullptr, "Debug");  // no "-O" level anywhere
+            // No configuration: the compilers find no "-O" level.
+            EffectiveOptions(tool, tool == Tool::kArmasm ? p.debug : nullptr, nullptr, "Debug");
             ADD_FAILURE() << ToolName(tool);
         } catch (const OptionError& e) {
-            EXPECT_STREQ(e.what(), "GetTempCCppOption Error") << ToolName(tool);
+            EXPECT_STREQ(e.what(), tool == Tool::kArmasm ? "GetArmAssOption Error" : "GetTempCCppOption Error");
         }
-    }
-    try {
-        EffectiveOptions(Tool::kArmasm, p.debug, p.root.get(), "Debug");
-        ADD_FAILURE() << "armasm";
-    } catch (const OptionError& e) {
-        EXPECT_STREQ(e.what(), "GetArmAssOption Error");
     }
 }
 
@@ -123,34 +104,19 @@ TEST(EffectiveOptions, OnlyTheToolWideViaNameIsConverted) {
     Project p;
     p.debug->SetAttribute("ADS_GArmCCParam", " -O0 -via {Project}wide.via");
     p.file->FirstChild()->SetAttribute("Debug_ArmC_Extras", " -via {Project}file.via");
-    PathConverter expand = [](const std::string& name) {
-        std::string out = name;
-        size_t at = out.find("{Project}");
-        if (at != std::string::npos) out.replace(at, 9, "C:\\Work\\");
-        return out;
-    };
+    PathConverter expand = [](std::string name) { return name.replace(name.find("{Project}"), 9, "C:\\Work\\"); };
     EXPECT_EQ(EffectiveOptions(Tool::kArmcc, p.debug, p.file, "Debug", expand),
               " -O0 -fy -via C:\\Work\\wide.via -via {Project}file.via");
 }
 
-TEST(EffectiveOptions, ToolTable) {
-    struct Row {
-        Tool tool;
-        const char* key;
-        Family family;
-        bool c;
-    };
-    const Row rows[] = {
-        {Tool::kArmasm, "ADS_GArmAsmParam", Family::kArmAsm, false},
-        {Tool::kArmcc, "ADS_GArmCCParam", Family::kArmC, true},
-        {Tool::kArmcpp, "ADS_GArmCppParam", Family::kArmCpp, false},
-        {Tool::kTcc, "ADS_GThmCCParam", Family::kThumbC, true},
-        {Tool::kTcpp, "ADS_GThmCppParam", Family::kThumbCpp, false},
-    };
-    for (const Row& row : rows) {
-        EXPECT_STREQ(ToolWideKey(row.tool), row.key);
-        EXPECT_EQ(FamilyOf(row.tool), row.family) << row.key;
-        EXPECT_EQ(IsCCompiler(row.tool), row.c) << row.key;
+TEST(EffectiveOptions, EachToolReadsItsOwnToolWideKey) {
+    Project p;
+    const char* keys[] = {"ADS_GArmAsmParam", "ADS_GArmCCParam", "ADS_GArmCppParam", "ADS_GThmCCParam", "ADS_GThmCppParam"};
+    for (int t = 1; t <= 5; ++t) {
+        const Tool tool = static_cast<Tool>(t);
+        const std::string own = tool == Tool::kArmasm ? " -xref" : std::string(" -O1 -D") + ToolName(tool);
+        p.release->SetAttribute(keys[t - 1], own);
+        EXPECT_EQ(EffectiveOptions(tool, p.release, nullptr, "Release"), own) << keys[t - 1];
     }
 }
 

@@ -1,6 +1,4 @@
-// A stand-in for the host's node services: it finds or creates settings
-// children and takes committed clones the way the host does, recording every
-// call so that a test can check the protocol.
+// The host's node services as the host implements them, recording each call.
 #pragma once
 
 #include <string>

@@ -13,7 +13,7 @@
 #include "platform/platform.h"
 #include "platform/registry.h"
 #include "support/fake_platform.h"
-#include "support/temp_dir.h"
+#include "support/temp_folder.h"
 
 namespace ads::platform {
 namespace {
@@ -48,9 +48,9 @@ struct Backend {
 };
 
 struct FileBackend : Backend {
-    FileBackend() : dir(ads::testing::MakeTempDir("registry")), file(RealFiles(), dir + "/registry.reg") {}
+    FileBackend() : file(RealFiles(), folder.path() + "/registry.reg") {}
     Registry& registry() override { return file; }
-    std::string dir;
+    test_support::TempFolder folder;
     RegistryFile file;
 };
 
@@ -153,8 +153,7 @@ TEST_P(RegistryContract, DeletingAValueOrAKeyTakesItAway) {
 class RegistryFileTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        dir = ads::testing::MakeTempDir("regfile");
-        ASSERT_FALSE(dir.empty());
+        dir = folder.path();
         path = dir + "/registry.reg";
     }
     std::string Read(RegistryRoot root, const std::string& key, const std::string& name) {
@@ -164,6 +163,7 @@ protected:
         if (k && !k->ReadString(name, &value)) value = "(no value)";
         return value;
     }
+    test_support::TempFolder folder;
     std::string dir, path;
 };
 

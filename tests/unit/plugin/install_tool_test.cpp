@@ -37,7 +37,7 @@ ConfigNode* ADS_CALL FindSetting(ConfigNode* node, const char* key, const char* 
     g_host->settings_asked.push_back(std::string(key) + "/" + flag);
     return ads::host::PluginHost::FindSettingNode(node, key, flag);
 }
-AdsWord ADS_CALL Run(const char*, AdsWord, char*, int, AdsWord*) { return 0; }
+AdsWord ADS_CALL RunNothing(const char*, AdsWord, char*, int, AdsWord*) { return 0; }
 AdsWord ADS_CALL Write(const char*, AdsWord) { return 1; }
 AdsWord ADS_CALL Call23(AdsWord) { return 0; }
 AdsWord ADS_CALL Register(const AdsToolchainRecord*) { return 1; }
@@ -89,7 +89,7 @@ protected:
         table = app->GetInterface();
         table->CommitNode = Commit;
         table->FindSettingNode = FindSetting;
-        table->RunTool = Run;
+        table->RunTool = RunNothing;
         table->WriteOutput = Write;
         table->HostCall23 = Call23;
         table->RegisterToolchain = Register;
@@ -227,7 +227,9 @@ TEST_F(InstallToolTest, ANewFileGetsItsKindObjectNameAndSettingsNode) {
         EXPECT_STREQ(row.output, f->GetAttribute("Output")) << row.path;
         ConfigNode* settings = f->FindChild("ADS_CParam");
         EXPECT_EQ(row.settings, settings != nullptr) << row.path;
-        if (settings) EXPECT_STREQ("1", settings->GetAttribute("ADS_CfgFlag")) << row.path;
+        if (settings) {
+            EXPECT_STREQ("1", settings->GetAttribute("ADS_CfgFlag")) << row.path;
+        }
         EXPECT_EQ(row.settings ? std::vector<std::string>{"ADS_CParam/ADS_CfgFlag"} : std::vector<std::string>{},
                   host.settings_asked)
             << row.path;

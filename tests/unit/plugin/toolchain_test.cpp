@@ -118,12 +118,6 @@ TEST_F(ToolchainTest, LocatesTheDirectoryByTheRulesOfTheSearch) {
         {"a candidate with both tools",
          {"C:\\ADS\\Bin"}, {{"C:\\ADS\\Bin", Listing({"armasm.exe", "armcc.exe", "tcc.exe"})}},
          {"C:\\ADS\\Bin\\armasm.exe"}, "", "C:\\ADS\\Bin", true},
-        {"armcc.exe as the listing's last entry is never seen",
-         {"C:\\ADS\\Bin"}, {{"C:\\ADS\\Bin", Listing({"armasm.exe", "armcc.exe"})}},
-         {"C:\\ADS\\Bin\\armasm.exe"}, "", "", false},
-        {"a lone armcc.exe is the last entry too",
-         {"C:\\ADS\\Bin"}, {{"C:\\ADS\\Bin", Listing({"armcc.exe"})}},
-         {"C:\\ADS\\Bin\\armasm.exe"}, "", "", false},
         {"the first candidate that shows armcc.exe wins",
          {"C:\\Empty", "C:\\One", "C:\\Two"},
          {{"C:\\Empty", Listing({"readme.txt", "x"})},
@@ -159,6 +153,27 @@ TEST_F(ToolchainTest, LocatesTheDirectoryByTheRulesOfTheSearch) {
         EXPECT_EQ(row.found, t.found()) << row.name;
         EXPECT_EQ(row.directory + "\\armlink.exe", t.path(kArmLink)) << row.name;
     }
+}
+
+TEST_F(ToolchainTest, AToolFolderWhoseListingEndsWithArmccIsNotTaken) {
+    // The listing's last entry is never examined: a folder that lists
+    // armcc.exe last is passed over although it holds every tool.
+    fake.files.files.insert("C:\\Last\\armasm.exe");
+    fake.files.files.insert("C:\\Lone\\armasm.exe");
+    fake.files.listings["C:\\Last"] = Listing({"armasm.exe", "tcc.exe", "armcc.exe"});
+    fake.files.listings["C:\\Lone"] = Listing({"armcc.exe"});
+    for (const char* dir : {"C:\\Last", "C:\\Lone"}) {
+        candidates = {dir};
+        toolchain.LocateTools();
+        EXPECT_EQ("", toolchain.directory()) << dir;
+        EXPECT_FALSE(toolchain.found()) << dir;
+    }
+    // One more entry behind it, and the same folder is found.
+    fake.files.listings["C:\\Last"].push_back({"zz.txt", false, false});
+    candidates = {"C:\\Last"};
+    toolchain.LocateTools();
+    EXPECT_EQ("C:\\Last", toolchain.directory());
+    EXPECT_TRUE(toolchain.found());
 }
 
 TEST_F(ToolchainTest, EachCandidateExaminedBecomesTheCurrentDirectoryAndTheLastOneStays) {
@@ -256,14 +271,6 @@ TEST(PreferenceModule, AMissingModuleOrEntryGivesNoCandidates) {
 
 // ---------------------------------------------------------------------------
 // The tool-path page.
-
-TEST(ToolPathPageTexts, AreTheDialogsOwn) {
-    EXPECT_STREQ("Config ADS tools Path", kToolPathTitle);
-    EXPECT_STREQ("ADS-ARM tools", kToolPathGroup);
-    EXPECT_STREQ("BIN:", kToolPathLabel);
-    EXPECT_STREQ("...", kToolPathBrowseButton);
-    EXPECT_STREQ("C:\\", kToolPathBrowseStart);
-}
 
 TEST(ToolPathPageTexts, ThePromptsColonIsFullWidthInTheGbkCodePage) {
     const std::string prompt = kToolPathPrompt;
