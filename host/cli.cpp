@@ -67,6 +67,7 @@ int CommandAddTarget(const std::vector<std::string>& args, platform::Platform& p
     auto* config = new ConfigNode("Configuration");
     config->SetAttribute("Name", name.c_str());
     s.Child("Configurations")->AppendChild(config);
+    s.EnterProject();
     s.host_.table()->InstallTool(config);
     s.Save();
     std::printf("added target '%s'\n", name.c_str());
@@ -136,6 +137,7 @@ int CommandAddFile(const std::vector<std::string>& args, platform::Platform& pla
     node->SetAttribute("RelativePath", relative.c_str());
     node->SetAttributeInt("FileType", FileTypeFor(relative));
     parent->AppendChild(node);
+    s.EnterProject();
     s.host_.table()->InstallTool(node);
     s.Save();
     std::printf("added %s file '%s'\n", KindName(FileTypeFor(relative)), relative.c_str());

@@ -96,20 +96,32 @@ inline std::string Printable(const std::string& value) {
     return out;
 }
 
+// `text` with its first `from` replaced by `to`.
+inline std::string ReplaceFirst(std::string text, const std::string& from, const std::string& to) {
+    size_t at = from.empty() ? std::string::npos : text.find(from);
+    if (at != std::string::npos) text.replace(at, from.size(), to);
+    return text;
+}
+
 class Session {
 public:
     explicit Session(platform::Platform& platform) : platform_(platform), host_(platform) {}
 
     void Open(const std::string& path) {
         path_ = path;
+        // The plug-in moves the working folder while it looks for the
+        // tools: everything of the project is kept by its full path.
+        full_path_ = platform_.files->FullPath(path);
+        project_dir_ = DirectoryOf(full_path_);
         std::string error;
-        root_ = LoadProject(*platform_.files, path, &error);
-        if (!root_) Fail(error);
+        root_ = LoadProject(*platform_.files, full_path_, &error);
+        if (!root_) Fail(ReplaceFirst(error, full_path_, path));
         if (root_->Name() != "OrvaneProject") Fail(path + ": not an orvhost project (root element '" + root_->Name() + "')");
     }
 
     // The plug-in learns the project root from the first node it is given:
-    // the root itself, unless the command installs a new node anyway.
+    // the root itself, unless the command installs a new node anyway. It
+    // takes the project's folder from the working folder of that call.
     void LoadPlugin(bool introduce_root = true) {
         std::string module;
         if (!platform_.environment->Get("ORVANE_PLUGIN", &module) || module.empty()) {
@@ -117,12 +129,17 @@ public:
         }
         std::string error;
         if (!host_.Load(module, &error)) Fail(error);
+        EnterProject();
         host_.SetProject(root_.get(), introduce_root);
     }
 
+    // Makes the project's folder the working folder: before every call that
+    // hands the plug-in a node of the project.
+    void EnterProject() { platform_.files->SetCurrentDirectory(project_dir_); }
+
     void Save() {
         std::string error;
-        if (!SaveProject(*platform_.files, path_, *root_, &error)) Fail(error);
+        if (!SaveProject(*platform_.files, full_path_, *root_, &error)) Fail(ReplaceFirst(error, full_path_, path_));
     }
 
     ConfigNode* Child(const char* name) {
@@ -145,7 +162,9 @@ public:
 
     platform::Platform& platform_;
     PluginHost host_;
-    std::string path_;
+    std::string path_;       // as the user wrote it, for messages
+    std::string full_path_;  // for every file operation
+    std::string project_dir_;
     std::unique_ptr<ConfigNode> root_;
 };
 

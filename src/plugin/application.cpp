@@ -6,6 +6,7 @@
 #include "import/project_import.h"
 #include "platform/registry.h"
 #include "plugin/slots.h"
+#include "build/tool_choice.h"
 
 namespace ads::plugin {
 
@@ -55,10 +56,10 @@ private:
 
 Application::Application(platform::Platform& platform)
     : platform_(platform), table_{}, services_{}, context_{}, toolchain_(&platform),
-      engine_(nullptr) {
+      engine_(nullptr, &platform, nullptr) {
     std::memset(&services_, 0, sizeof services_);
     host_ = std::make_unique<SlotHost>(&table_);
-    engine_ = build::BuildEngine(host_.get());
+    engine_ = build::BuildEngine(host_.get(), &platform_, &parser_);
     std::memset(&services_, 0, sizeof services_);
 
     // The host's build-service module, found relative to the host's working
@@ -108,7 +109,19 @@ build::BuildContext Application::Context() const {
     c.project_root = project_root_;
     c.configuration = current_configuration_;
     c.target = current_target_;
+    c.project_dir = project_dir_;
+    for (int i = 0; i < kToolCount; ++i) c.tools.paths[static_cast<size_t>(i)] = toolchain_.path(static_cast<ToolIndex>(i));
+    c.tools.found = toolchain_.found();
+    c.tools.arm_home = toolchain_.FindArmHome();
     return c;
+}
+
+void Application::RememberProjectDirectory() {
+    // The host calls with its working folder at the project's folder; the
+    // tool search may change it afterwards, so it is taken first.
+    std::string dir = platform_.files->CurrentDirectory();
+    if (!dir.empty() && dir.back() != '\\' && dir.back() != '/') dir += '\\';
+    project_dir_ = dir;
 }
 
 bool Application::SetUpToolchain() { return toolchain_.LocateTools(); }
@@ -135,6 +148,7 @@ int Application::Attach(const AdsHostContext* context) {
 
 void Application::InstallTool(ConfigNode* node) {
     if (node == nullptr) return;
+    RememberProjectDirectory();
     project_root_ = node->Root();
     if (!SetUpToolchain()) Write(kInstallToolFailed);
     FindCurrentConfiguration();
@@ -171,10 +185,13 @@ void Application::WriteNodeDefaults(ConfigNode* node) {
     // The per-file settings node; the host creates it in its own tree, so
     // after the commit, which would otherwise drop it again.
     if (kind != config::kKindAsm) host_->FindSettingNode(node, "ADS_CParam", "ADS_CfgFlag");
+    // Its tool and option text for every target.
+    if (project_root_ != nullptr) build::AssignToolsOnAdd(*host_, node, project_root_->FindChild("Configurations"));
 }
 
 void Application::SetCurrentTarget(AdsWord host_word, const char* target) {
     if (host_word == 0 || target == nullptr) return;
+    RememberProjectDirectory();
     SetUpToolchain();
     current_target_ = target;
     FindCurrentConfiguration();
@@ -252,9 +269,24 @@ void* Application::GetDebugOptions(ConfigNode* node) {
     return debug::GetDebugOptions(node);
 }
 
-int Application::LookupKeyed(const char* key) {
+int Application::LookupKeyed(const char* key, AdsWord buffer, AdsWord size) {
     if (key == nullptr) return 0;
-    return 0;
+    const std::set<std::string>* deps = engine_.Dependencies(key);
+    if (deps == nullptr) return 0;
+    char* out = reinterpret_cast<char*>(buffer);
+    size_t room = static_cast<size_t>(size);
+    size_t used = 0;
+    int count = 0;
+    for (const std::string& dep : *deps) {
+        // Whole lines only, and room for the terminator.
+        if (out == nullptr || used + dep.size() + 2 > room) break;
+        std::memcpy(out + used, dep.data(), dep.size());
+        used += dep.size();
+        out[used++] = '\n';
+        ++count;
+    }
+    if (out != nullptr && room > 0) out[used < room ? used : room - 1] = '\0';
+    return count;
 }
 
 AdsWord Application::GetSearchPath(const char* text, int /*arg*/, AdsWord /*word*/) {

@@ -60,7 +60,7 @@ public:
     void Clean();
     void OnEvent(int32_t code, const char* text);
     void* GetDebugOptions(ConfigNode* node);
-    int LookupKeyed(const char* key);
+    int LookupKeyed(const char* key, AdsWord buffer, AdsWord size);
     AdsWord GetSearchPath(const char* text, int arg, AdsWord word);
     const char* GetFileBuildText(char* text, AdsWord project, ConfigNode* node, int flag);
     void ParseOutput(const char* text, int length);
@@ -81,6 +81,8 @@ public:
     ConfigNode* project_root() const { return project_root_; }
     ConfigNode* current_configuration() const { return current_configuration_; }
     const std::string& current_target() const { return current_target_; }
+    const std::string& project_dir() const { return project_dir_; }
+    build::BuildEngine& engine() { return engine_; }
     const std::vector<config::TargetRecord>& targets() const { return targets_; }
     const config::OptionModel& option_model() const { return option_model_; }
     int settings_kind() const { return settings_kind_; }
@@ -97,6 +99,7 @@ private:
     // file's kind, object name and settings node.
     void WriteNodeDefaults(ConfigNode* node);
     void FindCurrentConfiguration();
+    void RememberProjectDirectory();
     build::BuildContext Context() const;
 
     platform::Platform& platform_;
@@ -111,6 +114,7 @@ private:
     ConfigNode* project_root_ = nullptr;
     ConfigNode* current_configuration_ = nullptr;
     std::string current_target_;
+    std::string project_dir_;
     std::vector<config::TargetRecord> targets_;
     config::OptionModel option_model_;
     int settings_kind_ = 0;

@@ -64,8 +64,8 @@ void* ADS_CALL SlotGetDebugOptions(AdsNode* node) {
     return Guard(static_cast<void*>(nullptr), [&](Application& a) { return a.GetDebugOptions(node); });
 }
 void ADS_CALL SlotReserved11(void) {}
-int ADS_CALL SlotLookupKeyed(const char* key, AdsWord, AdsWord, AdsWord) {
-    return Guard(0, [&](Application& a) { return a.LookupKeyed(key); });
+int ADS_CALL SlotLookupKeyed(const char* key, AdsWord buffer, AdsWord size, AdsWord) {
+    return Guard(0, [&](Application& a) { return a.LookupKeyed(key, buffer, size); });
 }
 AdsWord ADS_CALL SlotGetSearchPath(const char* text, int arg, AdsWord word) {
     return Guard(AdsWord{0}, [&](Application& a) { return a.GetSearchPath(text, arg, word); });

@@ -1,0 +1,48 @@
+// Cleaning a target: every object the build put in the target's folder and
+// the linked image. A file that is not there is not an error.
+#include "build/build_engine.h"
+
+namespace ads::build {
+
+namespace {
+std::string Text(const ConfigNode* node, const char* key) {
+    const char* value = node ? node->GetAttribute(key) : nullptr;
+    return value ? value : "";
+}
+}  // namespace
+
+void BuildEngine::Clean(const BuildContext& c) {
+    if (c.project_root == nullptr) return;
+    std::string project = Text(c.project_root, "Name");
+    std::string report = Format("--------------Deleting intermediate files: %s - %s-------------\r\n",
+                                project.c_str(), c.target.c_str());
+    platform_->files->SetCurrentDirectory(c.project_dir);
+    auto remove = [&](const std::string& path) {
+        if (!platform_->files->PathExists(path)) return;
+        std::string message;
+        if (platform_->files->DeleteFile(path, &message) == 0) return;
+        report += "Error: Could not delete file \"" + path + "\" : " + message;
+    };
+    WalkTree(c.project_root, [&](ConfigNode* n) {
+        if (n->Name() != "File") return false;
+        const char* relative = n->GetAttribute("RelativePath");
+        int32_t type = 0;
+        n->GetAttributeInt("FileType", &type);
+        if (relative == nullptr || type < 1 || type > 3) return false;
+        std::string output = Text(n, "Output");
+        // A file that is its own object is not the build's to delete.
+        if (output != relative) remove(c.target + "\\" + output);
+        return false;
+    });
+    std::string user = Text(c.configuration, "ADS_USRAPPFILE");
+    std::string image = (user.empty() ? project : user) + ".axf";
+    std::string output_dir = Text(c.configuration, "ADS_OUTPUT_DIR");
+    if (output_dir == "{Project}") {
+        remove(Format(".\\%s\\%s", c.target.c_str(), image.c_str()));
+    } else {
+        remove(Format("%s\\%s", output_dir.c_str(), image.c_str()));
+    }
+    Write(Format("%s", report.c_str()));
+}
+
+}  // namespace ads::build

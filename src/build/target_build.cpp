@@ -1,0 +1,243 @@
+// The single-file compile, the target build and its link or archive
+// command.
+#include <cstring>
+
+#include "build/build_engine.h"
+#include "build/tool_choice.h"
+#include "options/option_error.h"
+
+namespace ads::build {
+
+namespace {
+const char kLibrarian[] = "ARM Librarian";
+const char kArchiveTemplate[] = "-r \"$(ELF)\" $(OBJS)";
+const char kDefaultLinkTemplate[] = "$(OBJS) $(ADS_LNKPARAM) -o \"$(ELF)\"";
+
+std::string Text(const ConfigNode* node, const char* key) {
+    const char* value = node ? node->GetAttribute(key) : nullptr;
+    return value ? value : "";
+}
+
+bool EqualsIgnoringCase(const std::string& a, const char* b) {
+    size_t n = std::strlen(b);
+    if (a.size() != n) return false;
+    for (size_t i = 0; i < n; ++i) {
+        char x = a[i], y = b[i];
+        if (x >= 'A' && x <= 'Z') x = static_cast<char>(x - 'A' + 'a');
+        if (y >= 'A' && y <= 'Z') y = static_cast<char>(y - 'A' + 'a');
+        if (x != y) return false;
+    }
+    return true;
+}
+
+bool IsLibrary(const ConfigNode* configuration) {
+    return EqualsIgnoringCase(Text(configuration, "ADS_LinkerName"), kLibrarian);
+}
+
+std::string ProjectName(const ConfigNode* root) { return Text(root, "Name"); }
+}  // namespace
+
+int BuildEngine::CompileFile(const BuildContext& c, ConfigNode* file) {
+    if (!c.tools.found) {
+        platform_->ui->MessageBox(kNoToolsForCompile, "ADS");
+        return 0;
+    }
+    if (file == nullptr) return 0;
+    parser_->ResetCounters();
+    const char* name = file->Root()->GetAttribute("Name");
+    Write(Format(kBanner, name ? name : "current project", c.target.c_str()));
+
+    if (!host_->IsOutOfDate(c.target, file)) {
+        const char* output = file->GetAttribute("Output");
+        if (output == nullptr) return 0;
+        std::string object = output;
+        Write(Format("Compiling %s...\r\n", object.substr(0, object.size() >= 2 ? object.size() - 2 : 0).c_str()));
+        Write("skipping ... (no relevant changes detected)\r\n");
+        Write(Format("\r\n%s - %d error(s), %d warning(s)", output, parser_->errors(), parser_->warnings()));
+        return 1;
+    }
+    if (c.configuration == nullptr) return 0;
+    int32_t type = 0;
+    const char* type_text = file->GetAttributeInt("FileType", &type);
+    platform_->files->SetCurrentDirectory(c.project_dir);
+
+    if (type_text == nullptr || type != 2) {
+        // C and C++ files: the host translates them, asking for the command.
+        if (!host_->TranslateFile(c.target, file)) return 0;
+        const char* output = file->GetAttribute("Output");
+        if (output == nullptr) return 0;
+        Write(Format("\r\nCreate %s - %d error(s), %d warning(s)", output, parser_->errors(), parser_->warnings()));
+        return 1;
+    }
+
+    // Assembler files are assembled here.
+    const char* relative = file->GetAttribute("RelativePath");
+    if (relative == nullptr) return 0;
+    std::string path = relative;
+    size_t slash = path.rfind('\\');
+    std::string display = slash == std::string::npos ? path : path.substr(slash + 1);
+    size_t dot = display.rfind('.');
+    if (dot != std::string::npos) display.resize(dot);
+    if (FindFileSettings(file) == nullptr) host_->FindSettingNode(file, kAsmSettings, kSettingsFlagKey);
+    std::string command = CommandTemplate(c, "ADS_AsmParam", "$(ADS_PARAM) \"$(SOURCE)\" \"$(OBJ)\"");
+    command = ReplaceAll(command, "$(SOURCE)", relative);
+    const char* output = file->GetAttribute("Output");
+    std::string object = output ? Format(".\\%s\\%s", c.target.c_str(), output) : path;
+    command = ReplaceAll(command, "$(OBJ)", object);
+    Write(Format("Assembling %s...\r\n", display.c_str()));
+    std::string option_string;
+    try {
+        config::PathMacros macros = Macros(c);
+        option_string = FileOptionString(c.configuration, file, c.target, kToolArmasm,
+                                         [&](const std::string& n) { return config::ConvertViaFilePath(n, macros); });
+    } catch (const options::OptionError& e) {
+        Write(std::string(e.what()) + "\r\n");
+        return 0;
+    }
+    command = ReplaceAll(command, "$(ADS_PARAM)", option_string);
+    std::string line = c.tools.paths[kExeArmasm] + " -g " + IncludeSwitches(c, true) + command;
+    uint32_t error = platform_->files->CreateDirectory(c.project_dir + c.target);
+    if (error != 0 && error != platform::kErrorAlreadyExists) Write(kCreateFolderFailed);
+    // The assembler's output is read through a 1024-byte buffer: the rest
+    // is lost.
+    config::ToolRun run = host_->RunTool(line, 1024);
+    if (run.ok) {
+        parser_->ResetLineState();
+        parser_->ClearLinkStep();
+        Write(parser_->Parse(run.output.data(), run.output.size()));
+    }
+    if (output == nullptr) return 0;
+    Write(Format("\r\nCreate %s - %d error(s), %d warning(s)", output, parser_->errors(), parser_->warnings()));
+    return 1;
+}
+
+std::string BuildEngine::ImageName(const BuildContext& c, bool library) const {
+    std::string user = Text(c.configuration, "ADS_USRAPPFILE");
+    return (user.empty() ? ProjectName(c.project_root) : user) + (library ? ".a" : ".axf");
+}
+
+std::string BuildEngine::ObjectList(const BuildContext& c) {
+    // One entry per source of the project, in tree order: its own path and
+    // its "Output". A file that is its own object is listed as it is; every
+    // other object lives in the target's folder.
+    std::string list;
+    WalkTree(c.project_root, [&](ConfigNode* n) {
+        if (n->Name() != "File") return false;
+        const char* relative = n->GetAttribute("RelativePath");
+        int32_t type = 0;
+        n->GetAttributeInt("FileType", &type);
+        if (relative == nullptr || type < 1 || type > 3) return false;
+        std::string output = Text(n, "Output");
+        if (output == relative) {
+            list += " \"" + output + "\"";
+        } else {
+            list += " \".\\" + c.target + "\\" + output + "\"";
+        }
+        return false;
+    });
+    return list;
+}
+
+bool BuildEngine::RootCommand(const BuildContext& c, std::string* text) {
+    // A target whose files failed is never linked.
+    if (parser_->errors() != 0) {
+        Write(kTargetNotCreated);
+        return false;
+    }
+    if (c.configuration == nullptr) return false;
+    bool library = IsLibrary(c.configuration);
+    std::string command;
+    if (library) {
+        Write("\r\nlibrarian...\r\n");
+        parser_->SetLinkStep();
+        command = c.tools.paths[kExeArmar] + " " + kArchiveTemplate;
+    } else {
+        Write("\r\nLinking...\r\n");
+        parser_->SetLinkStep();
+        command = c.tools.paths[kExeArmlink] + " " + CommandTemplate(c, "ADS_LinkParam", kDefaultLinkTemplate);
+    }
+    std::string name = ImageName(c, library);
+    std::string output_dir = Text(c.configuration, "ADS_OUTPUT_DIR");
+    std::string elf;
+    if (output_dir == "{Project}") {
+        elf = Format(".\\%s\\%s", c.target.c_str(), name.c_str());
+        application_file_ = Format("%s%s\\%s", c.project_dir.c_str(), c.target.c_str(), name.c_str());
+    } else {
+        std::string dir = ReplaceAll(output_dir, "{Project}", c.project_dir);
+        elf = Format("%s\\%s", dir.c_str(), name.c_str());
+        application_file_ = elf;
+    }
+    command = ReplaceAll(command, "$(ELF)", elf);
+    command = ReplaceAll(command, "$(OBJS)", ObjectList(c));
+
+    std::string linker = Text(c.configuration, "ADS_LNKPARAM");
+    size_t scatter = linker.find("-scatter");
+    if (scatter != std::string::npos) {
+        // The scatter description's path goes through the path macros.
+        size_t start = linker.find_first_not_of(' ', scatter + 8);
+        if (start != std::string::npos) {
+            size_t end;
+            std::string path;
+            if (linker[start] == '"') {
+                size_t close = linker.find('"', start + 1);
+                path = linker.substr(start + 1, close == std::string::npos ? std::string::npos : close - start - 1);
+                end = close == std::string::npos ? linker.size() : close + 1;
+            } else {
+                end = linker.find(' ', start);
+                if (end == std::string::npos) end = linker.size();
+                path = linker.substr(start, end - start);
+            }
+            std::string converted = config::ConvertViaFilePath(path, Macros(c));
+            linker.replace(start, end - start, "\"" + converted + "\"");
+        }
+    }
+    command = ReplaceAll(command, "$(ADS_LNKPARAM)", linker);
+    *text = command;
+    return true;
+}
+
+int BuildEngine::BuildTarget(const BuildContext& c, uintptr_t arg) {
+    if (arg == 0 && c.configuration != nullptr) {
+        int32_t rebuild = 0;
+        if (c.configuration->GetAttributeInt("ADS_ReBuild", &rebuild) != nullptr && rebuild != 0) {
+            // The pending rebuild request is consumed.
+            config::EditNode(*host_, c.configuration, [](ConfigNode* e) { e->SetAttributeInt("ADS_ReBuild", 0); });
+        }
+    }
+    platform_->files->SetCurrentDirectory(c.project_dir);
+    if (!c.tools.found) {
+        platform_->ui->MessageBox(kNoToolsForBuild, "ADS");
+        return 0;
+    }
+    parser_->ResetCounters();
+    std::string project = ProjectName(c.project_root);
+    if (project.empty() || c.target.empty() || c.project_dir.empty() || c.configuration == nullptr) {
+        Write(kNoProjectOrTarget);
+        return 0;
+    }
+    std::string output_dir = Text(c.configuration, "ADS_OUTPUT_DIR");
+    std::string image;
+    if (!output_dir.empty() && output_dir != "{Project}") {
+        uint32_t error = platform_->files->CreateDirectory(output_dir);
+        if (error != 0 && error != platform::kErrorAlreadyExists) Write(kCreateFolderFailed);
+        image = output_dir + "\\" + project + ".axf";
+    } else {
+        image = ".\\" + c.target + "\\" + project + ".axf";
+    }
+    Write(Format("--------------------Configuration: %s - %s--------------------\r\n\r\nbuild target 'ADS-%s'\r\n",
+                 project.c_str(), c.target.c_str(), c.target.c_str()));
+    bool made = host_->MakeTarget(c.target, c.project_root);
+    if (made && Text(c.configuration, "AppFile") != image) {
+        config::EditNode(*host_, c.configuration, [&](ConfigNode* e) { e->SetAttribute("AppFile", image.c_str()); });
+    }
+    const char* kind = IsLibrary(c.configuration) ? "\r\n\r\n%s.a created - %d error(s), %d warning(s)"
+                                                  : "\r\n\r\n%s.axf created - %d error(s), %d warning(s)";
+    Write(Format(kind, project.c_str(), parser_->errors(), parser_->warnings()));
+    if (parser_->errors() < 1) {
+        PostLink(c);
+        return 1;
+    }
+    return 0;
+}
+
+}  // namespace ads::build
