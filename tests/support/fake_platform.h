@@ -61,6 +61,9 @@ public:
 class FakeFiles : public platform::FileSystem {
 public:
     std::set<std::string> files;
+    std::set<std::string> read_only;     // files a delete is refused for
+    std::vector<std::string> created;    // folders asked for, in order
+    uint32_t create_error = 0;           // what creating a new folder answers
     std::map<std::string, std::vector<platform::DirectoryEntry>> listings;
     std::vector<std::string> cwd_history;
     std::string cwd = "C:\\work";
@@ -69,11 +72,17 @@ public:
     bool PathExists(const std::string& path) override { return files.count(path) > 0 || listings.count(path) > 0; }
     bool IsDirectory(const std::string& path) override { return listings.count(path) > 0; }
     uint32_t CreateDirectory(const std::string& path) override {
+        created.push_back(path);
         if (listings.count(path)) return platform::kErrorAlreadyExists;
+        if (create_error != 0) return create_error;
         listings[path];
         return 0;
     }
     uint32_t DeleteFile(const std::string& path, std::string* message) override {
+        if (read_only.count(path)) {
+            if (message) *message = "Access is denied.\r\n";
+            return platform::kErrorAccessDenied;
+        }
         if (files.erase(path)) return 0;
         if (message) *message = "The system cannot find the file specified.\r\n";
         return platform::kErrorFileNotFound;
