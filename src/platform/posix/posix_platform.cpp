@@ -2,7 +2,11 @@
 // the Windows text they were built with; each function here turns "\" into
 // "/" at the moment the path reaches the system, and nowhere else. Error
 // codes are the Windows codes that callers test for.
+#include <algorithm>
+#include <cctype>
+
 #include "platform/platform.h"
+#include "platform/registry.h"
 #include "platform/posix/posix_backend.h"
 
 #include <dirent.h>
@@ -265,6 +269,14 @@ public:
             entries->push_back(std::move(item));
         }
         ::closedir(stream);
+        // In name order, case ignored, as Windows lists an NTFS folder, so
+        // that a listing is the same on every machine.
+        std::sort(entries->begin(), entries->end(), [](const DirectoryEntry& a, const DirectoryEntry& b) {
+            return std::lexicographical_compare(
+                a.name.begin(), a.name.end(), b.name.begin(), b.name.end(), [](char x, char y) {
+                    return std::tolower(static_cast<unsigned char>(x)) < std::tolower(static_cast<unsigned char>(y));
+                });
+        });
         return true;
     }
 
@@ -424,7 +436,7 @@ Platform& System() {
     static PosixProcess process;
     static PosixEnvironment environment;
     static PosixProcessRunner runner;
-    static Platform platform{&libraries, &files, &ui, &process, &environment, &runner};
+    static Platform platform{&libraries, &files, &ui, &process, &environment, &runner, &SystemRegistry()};
     return platform;
 }
 

@@ -10,6 +10,7 @@
 #undef SetCurrentDirectory
 
 #include "platform/platform.h"
+#include "platform/registry.h"
 #include "platform/win32/win32_backend.h"
 
 #include <atomic>
@@ -341,7 +342,7 @@ Platform& System() {
     static Win32Process process;
     static Win32Environment environment;
     static Win32ProcessRunner runner;
-    static Platform platform{&libraries, &files, &ui, &process, &environment, &runner};
+    static Platform platform{&libraries, &files, &ui, &process, &environment, &runner, &SystemRegistry()};
     return platform;
 }
 
