@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <memory>
 
+#include "cli_build.h"
 #include "cli_config.h"
 #include "cli_support.h"
 #include "plugin_host.h"
@@ -26,10 +27,23 @@ const char kUsage[] =
     "                                   add a source file, optionally in a group\n"
     "                                   (nested groups as A/B)\n"
     "  show PROJECT [--target NAME]     print the project's targets and files\n"
+    "  set PROJECT --target NAME KEY VALUE\n"
+    "                                   change one setting of a target (the next build\n"
+    "                                   of it rebuilds everything)\n"
     "  options PROJECT [--target NAME] [--file PATH]\n"
     "                                   print the option string each tool gets (armasm,\n"
     "                                   armcc, armcpp, tcc, tcpp), for the target or the\n"
     "                                   file; exit status 1 when one cannot be made\n"
+    "  build PROJECT [--target NAME] [-j N] [--rebuild]\n"
+    "                                   build a target (default: the first): the files\n"
+    "                                   that changed, then the image or library; -j runs\n"
+    "                                   N file commands at once\n"
+    "  compile PROJECT FILE [--target NAME]\n"
+    "                                   compile or assemble one file when it changed\n"
+    "  clean PROJECT [--target NAME]    delete a target's objects and image\n"
+    "  export-compile-commands PROJECT [--target NAME]\n"
+    "                                   write compile_commands.json beside the project,\n"
+    "                                   the C and C++ commands as clangd understands them\n"
     "  config set-tools-dir DIR         look for the ADS tools in DIR first\n"
     "  config set-ads-home DIR [--version NAME]\n"
     "                                   record DIR as the ADS installation (DIR\\Bin\n"
@@ -236,7 +250,9 @@ int RunCli(const std::vector<std::string>& args, platform::Platform& platform) {
         if (command == "add-file") return CommandAddFile(args, platform);
         if (command == "show") return CommandShow(args, platform);
         if (command == "options") return CommandOptions(args, platform);
+        if (command == "set") return CommandSet(args, platform);
         if (command == "config") return RunConfigCommand(args, platform);
+        if (IsBuildCommand(command)) return RunBuildCommand(args, platform);
         Fail("unknown command '" + command + "' (see orvhost --help)");
     } catch (const CliFailure& f) {
         std::fflush(stdout);

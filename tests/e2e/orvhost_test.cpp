@@ -182,3 +182,22 @@ TEST_F(OrvhostTest, OptionsRefusesAnUnknownTargetOrFile) {
 
 }  // namespace
 }  // namespace ads
+
+namespace ads {
+namespace {
+
+TEST_F(OrvhostTest, SetChangesOneTargetSettingAndAsksForARebuild) {
+    ASSERT_EQ(0, Orvhost({"new", "demo.orv"}).status);
+    ASSERT_EQ(0, Orvhost({"add-target", "demo.orv", "Lib"}).status);
+    Outcome r = Orvhost({"set", "demo.orv", "--target", "Lib", "ADS_LinkerName", "ARM Librarian"});
+    ASSERT_EQ(0, r.status) << r.output;
+    r = Orvhost({"show", "demo.orv", "--target", "Lib"});
+    EXPECT_NE(std::string::npos, r.output.find("ADS_LinkerName = \"ARM Librarian\"")) << r.output;
+    EXPECT_NE(std::string::npos, r.output.find("ADS_ReBuild = \"1\"")) << r.output;
+    ExpectRefused({"set", "demo.orv", "--target", "Nope", "CPU", "x"}, "demo.orv: no target named 'Nope'");
+    ExpectRefused({"set", "demo.orv", "--target", "Lib", "Name", "x"}, "'Name' cannot be set this way");
+    ExpectRefused({"set", "demo.orv", "CPU", "x"}, "usage: orvhost set");
+}
+
+}  // namespace
+}  // namespace ads
