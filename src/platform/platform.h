@@ -137,6 +137,10 @@ std::string QuoteArgument(const std::string& argument);
 // messages carry their own "\r\n".
 void UseBinaryStandardStreams();
 
+// Whether standard output goes to a terminal (a console on Windows), for
+// progress lines that only a person watching wants.
+bool StandardOutputIsTerminal();
+
 // The largest resident size the process has had so far, in bytes (0 when
 // the system does not tell).
 uint64_t PeakMemoryBytes();
