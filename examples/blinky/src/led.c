@@ -11,5 +11,6 @@ void led_init(void)
 
 void led_toggle(void)
 {
+    int unused; /* FAKEADS: warning C2870W: variable 'unused' declared but not used */
     GPIO_PIN ^= LED_BIT;
 }
