@@ -83,6 +83,8 @@ void BuildEngine::RunFromElf(const BuildContext& c) {
             command = c.tools.paths[kExeFromelf] + " " + rebuilt;
         }
     }
+    // fromelf reads the image named last on its command line.
+    command += " \"" + application_file_ + "\"";
     platform_->files->SetCurrentDirectory(c.project_dir);
     config::ToolRun run = host_->RunTool(command, 8000);
     if (run.ok && run.exit_code == 0) {

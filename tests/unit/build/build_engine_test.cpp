@@ -208,7 +208,8 @@ TEST_F(BuildTargetTest, ACleanBuildPrintsTheBannerAndTheSummaryAndRunsFromElf) {
         << host.pane;
     EXPECT_TRUE(Has(host.pane, "\r\n\r\ndemo.axf created - 0 error(s), 0 warning(s)\n\nFromELF...")) << host.pane;
     ASSERT_FALSE(host.runs.empty());
-    EXPECT_EQ("C:\\ADS\\Bin\\fromelf.exe  -bin -output \"C:\\proj\\Debug\\demo.bin\"", host.runs.back());
+    EXPECT_EQ("C:\\ADS\\Bin\\fromelf.exe  -bin -output \"C:\\proj\\Debug\\demo.bin\" \"C:\\proj\\Debug\\demo.axf\"",
+              host.runs.back());
     EXPECT_TRUE(Has(host.pane, "\n\nTranslation to bin format successful.")) << host.pane;
     EXPECT_STREQ(".\\Debug\\demo.axf", target->GetAttribute("AppFile"));
 }
