@@ -44,6 +44,9 @@ const char kUsage[] =
     "  export-compile-commands PROJECT [--target NAME]\n"
     "                                   write compile_commands.json beside the project,\n"
     "                                   the C and C++ commands as clangd understands them\n"
+    "  import EXPORT PROJECT            make a new project from a CodeWarrior XML export\n"
+    "                                   (the targets, their tool options and the files),\n"
+    "                                   saying what could not be taken over\n"
     "  config set-tools-dir DIR         look for the ADS tools in DIR first\n"
     "  config set-ads-home DIR [--version NAME]\n"
     "                                   record DIR as the ADS installation (DIR\\Bin\n"
@@ -251,6 +254,9 @@ int RunCli(const std::vector<std::string>& args, platform::Platform& platform) {
         if (command == "show") return CommandShow(args, platform);
         if (command == "options") return CommandOptions(args, platform);
         if (command == "set") return CommandSet(args, platform);
+#ifdef ADS_HAVE_IMPORT_COMMAND  // until cli_import.cpp is in ads_host's sources
+        if (command == "import") return CommandImport(args, platform);
+#endif
         if (command == "config") return RunConfigCommand(args, platform);
         if (IsBuildCommand(command)) return RunBuildCommand(args, platform);
         Fail("unknown command '" + command + "' (see orvhost --help)");

@@ -172,5 +172,6 @@ public:
 // The commands kept in files of their own.
 int CommandOptions(const std::vector<std::string>& args, platform::Platform& platform);
 int CommandSet(const std::vector<std::string>& args, platform::Platform& platform);
+int CommandImport(const std::vector<std::string>& args, platform::Platform& platform);
 
 }  // namespace ads::host

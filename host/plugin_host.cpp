@@ -2,7 +2,10 @@
 
 #include <cstdio>
 #include <cstring>
+#include <exception>
 #include <utility>
+
+#include "make_engine.h"
 
 namespace ads::host {
 
@@ -153,6 +156,7 @@ AdsWord PluginHost::RunTool(const char* command, AdsWord /*handle*/, char* buffe
 
 AdsWord PluginHost::WriteOutput(const char* text, AdsWord /*pane*/) {
     if (text == nullptr) return 0;
+    if (g_host != nullptr && g_host->observer_) g_host->observer_(text);
     if (g_host != nullptr && g_host->capture_ != nullptr) {
         g_host->capture_->append(text);
     } else {
@@ -177,8 +181,40 @@ AdsWord PluginHost::RegisterToolchain(const AdsToolchainRecord* record) {
     return 1;
 }
 
-int PluginHost::IsOutOfDate(const char*, ConfigNode* file) { return file != nullptr ? 1 : 0; }
-int PluginHost::TranslateFile(const char*, ConfigNode*) { return 0; }
-int PluginHost::MakeTarget(const char*, ConfigNode*) { return 0; }
+// The make engine's work must not unwind through the plug-in, which called
+// these slots: whatever it throws is a failure.
+int PluginHost::IsOutOfDate(const char* target, ConfigNode* file) {
+    if (file == nullptr) return 0;
+    if (g_host == nullptr || g_host->make_ == nullptr || target == nullptr) return 1;
+    try {
+        return g_host->make_->IsOutOfDate(target, file) ? 1 : 0;
+    } catch (...) {
+        return 1;
+    }
+}
+
+int PluginHost::TranslateFile(const char* target, ConfigNode* file) {
+    if (g_host == nullptr || g_host->make_ == nullptr || target == nullptr || file == nullptr) return 0;
+    try {
+        return g_host->make_->TranslateFile(target, file) ? 1 : 0;
+    } catch (const std::exception& e) {
+        std::fprintf(stderr, "orvhost: %s\n", e.what());
+        return 0;
+    } catch (...) {
+        return 0;
+    }
+}
+
+int PluginHost::MakeTarget(const char* target, ConfigNode* project) {
+    if (g_host == nullptr || g_host->make_ == nullptr || target == nullptr || project == nullptr) return 0;
+    try {
+        return g_host->make_->MakeTarget(target, project) ? 1 : 0;
+    } catch (const std::exception& e) {
+        std::fprintf(stderr, "orvhost: %s\n", e.what());
+        return 0;
+    } catch (...) {
+        return 0;
+    }
+}
 
 }  // namespace ads::host

@@ -3,6 +3,7 @@
 // the plug-in works on.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -12,6 +13,8 @@
 #include "platform/platform.h"
 
 namespace ads::host {
+
+class MakeEngine;
 
 class PluginHost {
 public:
@@ -42,6 +45,12 @@ public:
 
     // Where the plug-in's output-pane text goes; standard output by default.
     void SetOutput(std::string* capture) { capture_ = capture; }
+    // Also shows every pane text to `observer` (none when null).
+    void SetPaneObserver(std::function<void(const char*)> observer) { observer_ = std::move(observer); }
+
+    // The engine behind host slots 31 to 33; the host keeps ownership. Without
+    // one every file counts as out of date and nothing is translated or made.
+    void SetMakeEngine(MakeEngine* engine) { make_ = engine; }
 
     // The host slots, also used directly by the host's own code.
     static AdsWord ADS_CALL CommitNode(ConfigNode* node, ConfigNode* edited);
@@ -67,6 +76,8 @@ private:
     bool modified_ = false;
     std::vector<std::string> toolchain_;
     std::string* capture_ = nullptr;
+    std::function<void(const char*)> observer_;
+    MakeEngine* make_ = nullptr;
     std::string install_dir_;
     std::string executable_;
     AdsHostContext context_{};

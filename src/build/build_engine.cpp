@@ -204,7 +204,9 @@ bool BuildEngine::FileCommand(const BuildContext& c, ConfigNode* file, std::stri
         config::PathMacros macros = Macros(c);
         option_string = FileOptionString(c.configuration, file, c.target, tool,
                                          [&](const std::string& name) { return config::ConvertViaFilePath(name, macros); });
-        if (tool != kToolArmasm) ScanDependencies(c, executable + option_string, relative);
+        // The scan sees the same include folders as the compile, so that
+        // headers found through them enter the dependency set too.
+        if (tool != kToolArmasm) ScanDependencies(c, executable + option_string + IncludeSwitches(c, false), relative);
     }
     command = ReplaceAll(command, "$(ADS_PARAM)", option_string);
     // Debug information is always asked for, whatever the debug page says.

@@ -78,6 +78,9 @@ private:
     void ScanDependencies(const BuildContext& c, const std::string& compiler, const std::string& source);
     std::string ObjectList(const BuildContext& c);
     std::string ImageName(const BuildContext& c, bool library) const;
+    // The image's path as the link command names it; *full_path receives
+    // the path the post-link step uses.
+    std::string ImagePath(const BuildContext& c, bool library, std::string* full_path) const;
     void PostLink(const BuildContext& c);
     void RunFromElf(const BuildContext& c);
     void RunBatchFile(const BuildContext& c);

@@ -138,6 +138,18 @@ std::string BuildEngine::ObjectList(const BuildContext& c) {
     return list;
 }
 
+std::string BuildEngine::ImagePath(const BuildContext& c, bool library, std::string* full_path) const {
+    std::string name = ImageName(c, library);
+    std::string output_dir = Text(c.configuration, "ADS_OUTPUT_DIR");
+    if (output_dir == "{Project}") {
+        *full_path = Format("%s%s\\%s", c.project_dir.c_str(), c.target.c_str(), name.c_str());
+        return Format(".\\%s\\%s", c.target.c_str(), name.c_str());
+    }
+    std::string dir = ReplaceAll(output_dir, "{Project}", c.project_dir);
+    *full_path = Format("%s\\%s", dir.c_str(), name.c_str());
+    return *full_path;
+}
+
 bool BuildEngine::RootCommand(const BuildContext& c, std::string* text) {
     // A target whose files failed is never linked.
     if (parser_->errors() != 0) {
@@ -156,17 +168,7 @@ bool BuildEngine::RootCommand(const BuildContext& c, std::string* text) {
         parser_->SetLinkStep();
         command = c.tools.paths[kExeArmlink] + " " + CommandTemplate(c, "ADS_LinkParam", kDefaultLinkTemplate);
     }
-    std::string name = ImageName(c, library);
-    std::string output_dir = Text(c.configuration, "ADS_OUTPUT_DIR");
-    std::string elf;
-    if (output_dir == "{Project}") {
-        elf = Format(".\\%s\\%s", c.target.c_str(), name.c_str());
-        application_file_ = Format("%s%s\\%s", c.project_dir.c_str(), c.target.c_str(), name.c_str());
-    } else {
-        std::string dir = ReplaceAll(output_dir, "{Project}", c.project_dir);
-        elf = Format("%s\\%s", dir.c_str(), name.c_str());
-        application_file_ = elf;
-    }
+    std::string elf = ImagePath(c, library, &application_file_);
     command = ReplaceAll(command, "$(ELF)", elf);
     command = ReplaceAll(command, "$(OBJS)", ObjectList(c));
 
@@ -226,6 +228,9 @@ int BuildEngine::BuildTarget(const BuildContext& c, uintptr_t arg) {
     }
     Write(Format("--------------------Configuration: %s - %s--------------------\r\n\r\nbuild target 'ADS-%s'\r\n",
                  project.c_str(), c.target.c_str(), c.target.c_str()));
+    // The image the post-link step converts, also when the make finds
+    // nothing to link.
+    ImagePath(c, IsLibrary(c.configuration), &application_file_);
     bool made = host_->MakeTarget(c.target, c.project_root);
     if (made && Text(c.configuration, "AppFile") != image) {
         config::EditNode(*host_, c.configuration, [&](ConfigNode* e) { e->SetAttribute("AppFile", image.c_str()); });

@@ -240,7 +240,36 @@ int Application::ShowSettings(ConfigNode* node) {
 
 int Application::ImportProject(const char* path, int arg) {
     if (path == nullptr || arg == 0) return 0;
-    return import::ImportProject(*host_, project_root_, path, arg);
+    import::ImportRequest request;
+    request.export_path = path;
+    const char* name = project_root_ != nullptr ? project_root_->GetAttribute("Name") : nullptr;
+    request.project_name = name != nullptr ? name : "";
+    // The device of the current target, else what the host offers.
+    import::DeviceSettings& d = request.device;
+    if (const ConfigNode* c = current_configuration_) {
+        auto text = [c](const char* key) {
+            const char* value = c->GetAttribute(key);
+            return std::string(value != nullptr ? value : "");
+        };
+        d.device = text("DEVICE");
+        d.vendor = text("VENDOR");
+        d.family = text("FAMINY");
+        d.cpu = text("CPU");
+        d.simulator_dll = text("SIMDL");
+        d.monitor_dll = text("MONDL");
+        d.rgf = text("RGF");
+        d.simulator_clock = text("SIMCLK");
+    } else {
+        d.device = host_defaults_.device;
+        d.vendor = host_defaults_.vendor;
+        d.cpu = config::DefaultProcessor(host_defaults_);
+        double clock = config::kDefaultSimulatorClock;
+        if (context_.simulator != nullptr && context_.simulator->has_clock) clock = context_.simulator->clock;
+        d.simulator_clock = config::FormatSimulatorClock(clock);
+    }
+    request.reader.files = platform_.files;
+    request.reader.compiler_home = toolchain_.FindArmHome();
+    return import::ImportProject(*host_, project_root_, request);
 }
 
 int Application::BuildTarget(AdsWord arg) { return engine_.BuildTarget(Context(), arg); }

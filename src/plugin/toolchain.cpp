@@ -60,8 +60,10 @@ std::vector<std::string> ReadPreferenceCandidates(platform::Libraries& libraries
 std::string Toolchain::FindArmHome() const {
     std::string home = home_ ? home_() : std::string();
     if (home.empty() && !directory_.empty()) {
-        // A tool directory ending in "\Bin" gives its parent.
+        // A tool directory ending in "\Bin" gives its parent. A folder
+        // named the POSIX way ("/opt/ads/Bin") is cut at its last "/".
         size_t cut = directory_.rfind('\\');
+        if (cut == std::string::npos) cut = directory_.rfind('/');
         home = cut == std::string::npos ? std::string() : directory_.substr(0, cut);
     }
     return home;

@@ -82,7 +82,7 @@ TEST_F(EngineTest, ACFileIsScannedAndCompiledWithMinusGPlus) {
     host.answers[" -M "] = config::ToolRun{true, 0, "main.o: src\\main.c\nmain.o: inc/board.h\nmain.o: inc\\with\\ blank.h\n"};
     std::string command = Command(c);
     ASSERT_EQ(1u, host.runs.size());
-    EXPECT_EQ("C:\\ADS\\Bin\\armcc.exe -O1 -g+ -M \"src\\main.c\"", host.runs[0]);
+    EXPECT_EQ("C:\\ADS\\Bin\\armcc.exe -O1 -g+ -I\"C:\\proj\\inc\" -J\"C:\\ADS\\Include\" -M \"src\\main.c\"", host.runs[0]);
     EXPECT_EQ(8000, host.buffer_sizes[0]);
     EXPECT_EQ(0u, command.find("C:\\ADS\\Bin\\armcc.exe -g+  -I\"C:\\proj\\inc\" -J\"C:\\ADS\\Include\"")) << command;
     EXPECT_TRUE(Has(command, " -O1 -g+ -c \"src\\main.c\" -o \".\\Debug\\main.o\"")) << command;

@@ -1,0 +1,319 @@
+#include "cli_build.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+
+#include "cli_support.h"
+#include "compile_commands.h"
+#include "make_engine.h"
+
+namespace ads::host {
+
+namespace {
+
+const char kUsageBuild[] = "usage: orvhost build PROJECT [--target NAME] [-j N] [--rebuild]";
+const char kUsageCompile[] = "usage: orvhost compile PROJECT FILE [--target NAME]";
+const char kUsageClean[] = "usage: orvhost clean PROJECT [--target NAME]";
+const char kUsageExport[] = "usage: orvhost export-compile-commands PROJECT [--target NAME]";
+const char kCompileCommandsFile[] = "compile_commands.json";
+// What the plug-in's cleaning writes for a file it could not delete.
+const char kCleanError[] = "Error: Could not delete file ";
+constexpr int kMaxJobs = 1024;
+
+// "[n/N]" lines are for a person watching, not for a log.
+bool ShowProgress() { return platform::StandardOutputIsTerminal(); }
+
+// A path for comparing: one kind of separator, one case.
+std::string Comparable(std::string path) {
+    for (char& c : path) {
+        if (c == '/') c = '\\';
+    }
+    return Lower(path);
+}
+
+struct Arguments {
+    std::string project;
+    std::string file;
+    std::string target;
+    bool have_target = false;
+    int jobs = 1;
+    bool rebuild = false;
+};
+
+int ParseJobs(const std::string& text) {
+    if (text.empty() || text.size() > 6 || text.find_first_not_of("0123456789") != std::string::npos) {
+        Fail("-j needs a number of jobs from 1 to " + std::to_string(kMaxJobs) + ", not '" + text + "'");
+    }
+    int jobs = std::atoi(text.c_str());
+    if (jobs < 1 || jobs > kMaxJobs) {
+        Fail("-j needs a number of jobs from 1 to " + std::to_string(kMaxJobs) + ", not '" + text + "'");
+    }
+    return jobs;
+}
+
+Arguments ParseArguments(const std::vector<std::string>& args, const char* usage, bool wants_file,
+                         bool build_options) {
+    Arguments a;
+    for (size_t i = 1; i < args.size(); ++i) {
+        const std::string& arg = args[i];
+        if (arg == "--target") {
+            if (i + 1 >= args.size()) Fail("--target needs a name");
+            a.target = args[++i];
+            a.have_target = true;
+        } else if (build_options && arg == "-j") {
+            if (i + 1 >= args.size()) Fail("-j needs a number of jobs");
+            a.jobs = ParseJobs(args[++i]);
+        } else if (build_options && arg.size() > 2 && arg.compare(0, 2, "-j") == 0) {
+            a.jobs = ParseJobs(arg.substr(2));
+        } else if (build_options && arg == "--rebuild") {
+            a.rebuild = true;
+        } else if (!arg.empty() && arg[0] == '-') {
+            Fail(std::string("unknown option '") + arg + "'; " + usage);
+        } else if (a.project.empty()) {
+            a.project = arg;
+        } else if (wants_file && a.file.empty()) {
+            a.file = arg;
+        } else {
+            Fail(usage);
+        }
+    }
+    if (a.project.empty() || (wants_file && a.file.empty())) Fail(usage);
+    return a;
+}
+
+// The digits of the last " - N error(s)" in a pane text, the form of the
+// plug-in's summary lines; -1 when it has none.
+int SummaryErrors(const std::string& text) {
+    static const std::string kTail = " error(s), ";
+    for (size_t at = text.rfind(kTail); at != std::string::npos && at > 0; at = text.rfind(kTail, at - 1)) {
+        size_t digits = at;
+        while (digits > 0 && text[digits - 1] >= '0' && text[digits - 1] <= '9') --digits;
+        if (digits == at || digits < 3 || text.compare(digits - 3, 3, " - ") != 0) continue;
+        return std::atoi(text.substr(digits, at - digits).c_str());
+    }
+    return -1;
+}
+
+// One command's work on one project: the project, the plug-in with the
+// make engine behind its host slots, and the target made current.
+class BuildSession {
+public:
+    explicit BuildSession(platform::Platform& platform) : s(platform) {}
+    ~BuildSession() { s.host_.SetMakeEngine(nullptr); }
+
+    // Everything that can be refused is checked here, before the plug-in
+    // has a chance to write anything.
+    void Open(const Arguments& a) {
+        s.Open(a.project);
+        ConfigNode* configs = s.root_->FindChild("Configurations");
+        for (ConfigNode* c = configs ? configs->FirstChild() : nullptr; c; c = c->NextSibling()) {
+            const char* name = c->GetAttribute("Name");
+            if (c->Name() != "Configuration" || name == nullptr) continue;
+            if (!a.have_target || a.target == name) {
+                target_node_ = c;
+                target_ = name;
+                break;
+            }
+        }
+        if (target_node_ == nullptr) {
+            if (a.have_target) Fail(a.project + ": no target named '" + a.target + "'");
+            Fail(a.project + ": no target to build (add one with add-target)");
+        }
+    }
+
+    // The file named as the user gave it, or as the project stores it.
+    ConfigNode* FindFile(const std::string& given) {
+        platform::FileSystem& fs = *s.platform_.files;
+        const std::string as_given = Comparable(given);
+        const std::string full = Comparable(fs.FullPath(given));
+        ConfigNode* by_path = nullptr;
+        for (ConfigNode* file : TargetFiles(s.root_.get())) {
+            const std::string stored = file->GetAttribute("RelativePath");
+            if (Comparable(stored) == as_given) return file;
+            if (by_path == nullptr && Comparable(fs.FullPath(SourcePath(stored))) == full) by_path = file;
+        }
+        if (by_path == nullptr) Fail(s.path_ + ": no source file '" + given + "' in the project");
+        return by_path;
+    }
+
+    std::string SourcePath(const std::string& relative) const {
+        return platform::IsAbsolutePath(relative) ? relative : s.project_dir_ + "\\" + relative;
+    }
+
+    void LoadPlugin() {
+        s.LoadPlugin(true);
+        engine_ = std::make_unique<MakeEngine>(s.platform_, s.host_.table(), s.full_path_);
+        s.host_.SetMakeEngine(engine_.get());
+        s.host_.SetPaneObserver([this](const char* text) {
+            const std::string pane = text;
+            int errors = SummaryErrors(pane);
+            if (errors >= 0) reported_errors_ = errors;
+            if (pane.find(kCleanError) != std::string::npos) clean_failed_ = true;
+        });
+        s.EnterProject();
+        s.host_.table()->SetCurrentTarget(reinterpret_cast<AdsWord>(s.root_.get()), target_.c_str());
+        // Choosing the target may look for the tools elsewhere.
+        s.EnterProject();
+    }
+
+    PluginInterface* plugin() { return s.host_.table(); }
+
+    // Saves what the plug-in committed; a project that cannot be written
+    // makes the command fail.
+    int Finish(int status) {
+        if (!s.host_.TakeModified()) return status;
+        try {
+            s.Save();
+        } catch (const CliFailure& f) {
+            std::fflush(stdout);
+            std::fprintf(stderr, "orvhost: %s\n", f.message.c_str());
+            return 1;
+        }
+        return status;
+    }
+
+    bool RebuildRequested() const {
+        int32_t rebuild = 0;
+        target_node_->GetAttributeInt("ADS_ReBuild", &rebuild);
+        return rebuild != 0;
+    }
+
+    Session s;
+    std::unique_ptr<MakeEngine> engine_;
+    ConfigNode* target_node_ = nullptr;
+    std::string target_;
+    int reported_errors_ = -1;
+    bool clean_failed_ = false;
+};
+
+int Build(const std::vector<std::string>& args, platform::Platform& platform) {
+    const Arguments a = ParseArguments(args, kUsageBuild, false, true);
+    BuildSession b(platform);
+    b.Open(a);
+    // Read before the build consumes the request.
+    const bool rebuild = a.rebuild || b.RebuildRequested();
+    b.LoadPlugin();
+    b.engine_->SetJobs(a.jobs);
+    b.engine_->SetRebuild(rebuild);
+    if (ShowProgress()) {
+        b.engine_->SetProgress([](const std::string& text) {
+            std::fputs(text.c_str(), stdout);
+            std::fflush(stdout);
+        });
+    }
+    const int built = b.plugin()->BuildTarget(0);
+    const bool errors = built == 0 || b.engine_->failed() || b.reported_errors_ > 0;
+    // The summary line has no line end of its own.
+    std::fputs("\n", stdout);
+    return b.Finish(errors ? 1 : 0);
+}
+
+int Compile(const std::vector<std::string>& args, platform::Platform& platform) {
+    const Arguments a = ParseArguments(args, kUsageCompile, true, false);
+    BuildSession b(platform);
+    b.Open(a);
+    ConfigNode* file = b.FindFile(a.file);
+    const bool rebuild = b.RebuildRequested();
+    b.LoadPlugin();
+    b.engine_->SetRebuild(rebuild);
+    const int handled = b.plugin()->CompileFile(file);
+    const bool errors = handled == 0 || b.engine_->failed() || b.reported_errors_ > 0;
+    std::fputs("\n", stdout);
+    return b.Finish(errors ? 1 : 0);
+}
+
+int Clean(const std::vector<std::string>& args, platform::Platform& platform) {
+    const Arguments a = ParseArguments(args, kUsageClean, false, false);
+    BuildSession b(platform);
+    b.Open(a);
+    b.LoadPlugin();
+    b.plugin()->Clean();
+    return b.Finish(b.clean_failed_ ? 1 : 0);
+}
+
+int ExportCompileCommands(const std::vector<std::string>& args, platform::Platform& platform) {
+    const Arguments a = ParseArguments(args, kUsageExport, false, false);
+    BuildSession b(platform);
+    b.Open(a);
+    // What the plug-in says while it answers ("compiling ...") is not news here.
+    std::string pane;
+    b.s.host_.SetOutput(&pane);
+    b.LoadPlugin();
+
+    PathStyle style;
+#ifndef _WIN32
+    style.posix = true;
+#endif
+    std::vector<ConfigNode*> sources;
+    for (ConfigNode* file : TargetFiles(b.s.root_.get())) {
+        int32_t type = 0;
+        file->GetAttributeInt("FileType", &type);
+        if (type == 1 || type == 3) sources.push_back(file);
+    }
+    const bool progress = ShowProgress();
+    bool failed = false;
+    std::vector<CompileCommand> commands;
+    for (size_t i = 0; i < sources.size(); ++i) {
+        ConfigNode* file = sources[i];
+        const std::string relative = file->GetAttribute("RelativePath");
+        if (progress) {
+            std::printf("[%s/%s] %s\n", std::to_string(i + 1).c_str(), std::to_string(sources.size()).c_str(),
+                        relative.c_str());
+        }
+        const std::string command = AskCommand(b.plugin(), b.s.root_.get(), file);
+        if (command.empty()) {
+            std::fflush(stdout);
+            std::fprintf(stderr, "orvhost: the plug-in gave no command for '%s'\n", relative.c_str());
+            failed = true;
+            continue;
+        }
+        int32_t type = 0;
+        file->GetAttributeInt("FileType", &type);
+        CompileCommand c;
+        c.directory = b.s.project_dir_;
+        c.file = b.SourcePath(relative);
+        if (style.posix) {
+            for (char& ch : c.file) {
+                if (ch == '\\') ch = '/';
+            }
+        }
+        c.arguments = ClangdArguments(command, type == 1 ? SourceLanguage::kC : SourceLanguage::kCpp, c.file, style);
+        commands.push_back(std::move(c));
+    }
+
+    const std::string out = b.s.project_dir_ + "/" + kCompileCommandsFile;
+    std::string error;
+    if (!platform.files->WriteFileAtomically(out, CompileCommandsJson(commands), &error)) {
+        std::fflush(stdout);
+        std::fprintf(stderr, "orvhost: %s: cannot write: %s\n", out.c_str(), error.c_str());
+        return b.Finish(1);
+    }
+    std::printf("wrote %s (%s %s)\n", out.c_str(), std::to_string(commands.size()).c_str(),
+                commands.size() == 1 ? "entry" : "entries");
+    return b.Finish(failed ? 1 : 0);
+}
+
+}  // namespace
+
+bool IsBuildCommand(const std::string& command) {
+    return command == "build" || command == "compile" || command == "clean" ||
+           command == "export-compile-commands";
+}
+
+int RunBuildCommand(const std::vector<std::string>& args, platform::Platform& platform) {
+    try {
+        const std::string& command = args.at(0);
+        if (command == "build") return Build(args, platform);
+        if (command == "compile") return Compile(args, platform);
+        if (command == "clean") return Clean(args, platform);
+        if (command == "export-compile-commands") return ExportCompileCommands(args, platform);
+        Fail("unknown command '" + command + "' (see orvhost --help)");
+    } catch (const CliFailure& f) {
+        std::fflush(stdout);
+        std::fprintf(stderr, "orvhost: %s\n", f.message.c_str());
+        return f.status;
+    }
+}
+
+}  // namespace ads::host

@@ -1,0 +1,451 @@
+#include "make_engine.h"
+
+#include <algorithm>
+#include <condition_variable>
+#include <cstdio>
+#include <cstring>
+#include <deque>
+#include <exception>
+#include <mutex>
+#include <set>
+#include <thread>
+#include <utility>
+
+namespace ads::host {
+
+namespace {
+
+// The first answer buffer for a dependency set, and the largest one tried.
+constexpr size_t kFirstSetBuffer = size_t{64} << 10;
+constexpr size_t kLargestSetBuffer = size_t{64} << 20;
+
+std::string DirectoryOf(const std::string& path) {
+    size_t cut = path.find_last_of("/\\");
+    if (cut == std::string::npos) return ".";
+    return cut == 0 ? path.substr(0, 1) : path.substr(0, cut);
+}
+
+std::string Attribute(const ConfigNode* node, const char* name) {
+    const char* value = node->GetAttribute(name);
+    return value ? value : "";
+}
+
+ConfigNode* FindConfiguration(ConfigNode* project, const std::string& target) {
+    ConfigNode* configs = project ? project->FindChild("Configurations") : nullptr;
+    for (ConfigNode* c = configs ? configs->FirstChild() : nullptr; c; c = c->NextSibling()) {
+        const char* name = c->GetAttribute("Name");
+        if (c->Name() == "Configuration" && name != nullptr && target == name) return c;
+    }
+    return nullptr;
+}
+
+// Threads that run commands handed to them, each job once. The owner joins
+// them whatever happens, so no thread outlives the build.
+class WorkerPool {
+public:
+    using Work = std::function<void(size_t)>;
+
+    WorkerPool(size_t threads, Work work) : work_(std::move(work)) {
+        try {
+            for (size_t i = 0; i < threads; ++i) threads_.emplace_back([this] { Loop(); });
+        } catch (...) {
+            Close();
+            throw;
+        }
+    }
+    ~WorkerPool() { Close(); }
+
+    void Submit(size_t job) {
+        {
+            std::lock_guard<std::mutex> lock(mutex_);
+            queue_.push_back(job);
+        }
+        wake_.notify_one();
+    }
+
+    // No more jobs: the threads finish the queue and end.
+    void Close() {
+        {
+            std::lock_guard<std::mutex> lock(mutex_);
+            closing_ = true;
+        }
+        wake_.notify_all();
+        for (std::thread& t : threads_) {
+            if (t.joinable()) t.join();
+        }
+    }
+
+private:
+    void Loop() {
+        for (;;) {
+            size_t job;
+            {
+                std::unique_lock<std::mutex> lock(mutex_);
+                wake_.wait(lock, [this] { return closing_ || !queue_.empty(); });
+                if (queue_.empty()) return;
+                job = queue_.front();
+                queue_.pop_front();
+            }
+            work_(job);
+        }
+    }
+
+    Work work_;
+    std::mutex mutex_;
+    std::condition_variable wake_;
+    std::deque<size_t> queue_;
+    bool closing_ = false;
+    std::vector<std::thread> threads_;
+};
+
+}  // namespace
+
+std::vector<ConfigNode*> TargetFiles(ConfigNode* root) {
+    std::vector<ConfigNode*> files;
+    ConfigNode* n = root;
+    while (n != nullptr) {
+        if (n->Name() == "File" && n->GetAttribute("RelativePath") != nullptr) {
+            int32_t type = 0;
+            n->GetAttributeInt("FileType", &type);
+            if (type >= 1 && type <= 3) files.push_back(n);
+        }
+        if (n->FirstChild() != nullptr) {
+            n = n->FirstChild();
+            continue;
+        }
+        while (n != root && n->NextSibling() == nullptr) n = n->Parent();
+        n = n == root ? nullptr : n->NextSibling();
+    }
+    return files;
+}
+
+std::string AskCommand(PluginInterface* plugin, ConfigNode* project, ConfigNode* node) {
+    char empty[1] = {'\0'};
+    const char* text = plugin->GetFileBuildText(empty, reinterpret_cast<AdsWord>(project), node, 1);
+    return text != nullptr ? std::string(text) : std::string();
+}
+
+std::vector<std::string> AskDependencies(PluginInterface* plugin, const std::string& source) {
+    std::vector<std::string> set;
+    for (size_t size = kFirstSetBuffer;; size *= 4) {
+        std::vector<char> buffer(size, '\0');
+        int count = plugin->LookupKeyed(source.c_str(), reinterpret_cast<AdsWord>(buffer.data()),
+                                        static_cast<AdsWord>(size), 0);
+        if (count <= 0) return {};
+        buffer.back() = '\0';
+        set.clear();
+        // Only whole lines: a set that does not fit is cut at a line end,
+        // and counted either whole or as far as it fits. A text that fills
+        // half the buffer may have lost lines: ask again with more room.
+        const char* text = buffer.data();
+        for (const char* end; (end = std::strchr(text, '\n')) != nullptr; text = end + 1) {
+            if (end > text) set.emplace_back(text, end);
+        }
+        const size_t used = std::strlen(buffer.data());
+        const bool complete = set.size() >= static_cast<size_t>(count) && used < size / 2;
+        if (complete || size >= kLargestSetBuffer) return set;
+    }
+}
+
+struct MakeEngine::Job {
+    ConfigNode* file = nullptr;
+    std::string source;
+    std::string command;  // empty: the plug-in gave none
+    platform::RunResult result;
+};
+
+MakeEngine::MakeEngine(platform::Platform& platform, PluginInterface* plugin, const std::string& project_file)
+    : platform_(platform), plugin_(plugin) {
+    folder_ = platform_.files->FullPath(DirectoryOf(project_file));
+    deps_path_ = DependencyFilePath(platform_.files->FullPath(project_file));
+    diagnostics_ = [](const std::string& line) {
+        std::fflush(stdout);
+        std::fputs(line.c_str(), stderr);
+        std::fflush(stderr);
+    };
+}
+
+void MakeEngine::Report(const std::string& line) {
+    if (diagnostics_) diagnostics_("orvhost: " + line + "\n");
+}
+
+std::string MakeEngine::SourcePath(const std::string& relative) const {
+    return platform::IsAbsolutePath(relative) ? relative : folder_ + "\\" + relative;
+}
+
+std::string MakeEngine::ObjectPath(const std::string& target, const std::string& output) const {
+    return folder_ + "\\" + target + "\\" + output;
+}
+
+bool MakeEngine::Time(const std::string& path, int64_t* time) const {
+    return platform_.files->ModificationTime(path, time);
+}
+
+platform::RunResult MakeEngine::Run(const std::string& command) {
+    return platform_.runner->Run(command, folder_, output_limit_);
+}
+
+void MakeEngine::Parse(const std::string& output) {
+    plugin_->ParseOutput(output.c_str(), static_cast<int>(output.size()));
+}
+
+bool MakeEngine::OutOfDate(const std::string& target, ConfigNode* file, const TargetDependencies& record) {
+    if (rebuild_) return true;
+    const char* output = file->GetAttribute("Output");
+    const char* source = file->GetAttribute("RelativePath");
+    if (output == nullptr || *output == '\0' || source == nullptr) return true;
+    int64_t object_time = 0;
+    int64_t time = 0;
+    if (!Time(ObjectPath(target, output), &object_time)) return true;
+    if (!Time(SourcePath(source), &time) || time > object_time) return true;
+    auto set = record.sets.find(source);
+    if (set == record.sets.end()) return false;
+    for (const std::string& dependency : set->second) {
+        if (!Time(dependency, &time) || time > object_time) return true;
+    }
+    return false;
+}
+
+bool MakeEngine::IsOutOfDate(const std::string& target, ConfigNode* file) {
+    if (file == nullptr) return false;
+    DependencyFile deps;
+    LoadDependencies(*platform_.files, deps_path_, &deps);
+    auto record = deps.targets.find(target);
+    return OutOfDate(target, file, record != deps.targets.end() ? record->second : TargetDependencies());
+}
+
+// The image is known from "AppFile", which the plug-in writes after a
+// build; without it a target whose last build succeeded is taken as made.
+bool MakeEngine::TargetNeedsCommand(const std::string& target, ConfigNode* project,
+                                    const std::vector<ConfigNode*>& files, const TargetDependencies& record) {
+    if (rebuild_ || record.result != BuildResult::kSucceeded) return true;
+    ConfigNode* config = FindConfiguration(project, target);
+    const std::string app = config ? Attribute(config, "AppFile") : std::string();
+    if (app.empty()) return false;
+    int64_t image_time = 0;
+    if (!Time(SourcePath(app), &image_time)) return true;
+    for (ConfigNode* file : files) {
+        const std::string output = Attribute(file, "Output");
+        int64_t object_time = 0;
+        if (!output.empty() && Time(ObjectPath(target, output), &object_time) && object_time > image_time) {
+            return true;
+        }
+    }
+    return false;
+}
+
+void MakeEngine::Deliver(Job* job) {
+    if (job->command.empty()) return;
+    const platform::RunResult& run = job->result;
+    if (!run.started) {
+        Report(run.error + " (command: " + job->command + ")");
+        return;
+    }
+    if (run.truncated) {
+        Report("the output of the command for '" + job->source + "' was cut at " +
+               std::to_string(output_limit_) + " bytes");
+    }
+    Parse(run.output);
+}
+
+void MakeEngine::RunFiles(std::vector<Job>* jobs, ConfigNode* project) {
+    const size_t count = jobs->size();
+    auto ask = [&](size_t i) {
+        Job& job = (*jobs)[i];
+        if (progress_) progress_("[" + std::to_string(i + 1) + "/" + std::to_string(count) + "] ");
+        job.command = AskCommand(plugin_, project, job.file);
+        if (job.command.empty()) Report("the plug-in gave no command for '" + job.source + "'");
+    };
+
+    if (jobs_ <= 1 || count <= 1) {
+        for (size_t i = 0; i < count; ++i) {
+            ask(i);
+            Job& job = (*jobs)[i];
+            if (job.command.empty()) continue;
+            job.result = Run(job.command);
+            Deliver(&job);
+        }
+        return;
+    }
+
+    // Commands are asked here and run by the workers meanwhile; every output
+    // goes to the parser here, in file order, as soon as it and all before
+    // it are complete.
+    std::mutex mutex;
+    std::condition_variable finished;
+    std::vector<char> done(count, 0);
+    auto mark_done = [&](size_t i) {
+        {
+            std::lock_guard<std::mutex> lock(mutex);
+            done[i] = 1;
+        }
+        finished.notify_all();
+    };
+    WorkerPool pool(std::min(count, static_cast<size_t>(jobs_)), [&](size_t i) {
+        Job& job = (*jobs)[i];
+        platform::RunResult result;
+        try {
+            result = Run(job.command);
+        } catch (const std::exception& e) {
+            result.started = false;
+            result.error = std::string("cannot run the command: ") + e.what();
+        }
+        {
+            std::lock_guard<std::mutex> lock(mutex);
+            job.result = std::move(result);
+        }
+        mark_done(i);
+    });
+
+    size_t next = 0;
+    auto deliver_ready = [&](bool wait) {
+        while (next < count) {
+            {
+                std::unique_lock<std::mutex> lock(mutex);
+                if (wait) {
+                    finished.wait(lock, [&] { return done[next] != 0; });
+                } else if (done[next] == 0) {
+                    return;
+                }
+            }
+            Deliver(&(*jobs)[next]);
+            ++next;
+        }
+    };
+    for (size_t i = 0; i < count; ++i) {
+        ask(i);
+        if ((*jobs)[i].command.empty()) {
+            mark_done(i);
+        } else {
+            pool.Submit(i);
+        }
+        deliver_ready(false);
+    }
+    deliver_ready(true);
+    pool.Close();
+}
+
+bool MakeEngine::MakeTarget(const std::string& target, ConfigNode* project) {
+    compiled_ = 0;
+    linked_ = false;
+    if (plugin_ == nullptr || project == nullptr) {
+        failed_ = true;
+        return false;
+    }
+    DependencyFile deps;
+    LoadDependencies(*platform_.files, deps_path_, &deps);
+    TargetDependencies& record = deps.targets[target];
+
+    const std::vector<ConfigNode*> files = TargetFiles(project);
+    std::vector<Job> jobs;
+    for (ConfigNode* file : files) {
+        if (!OutOfDate(target, file, record)) continue;
+        Job job;
+        job.file = file;
+        job.source = Attribute(file, "RelativePath");
+        jobs.push_back(std::move(job));
+    }
+    RunFiles(&jobs, project);
+
+    // A file without a command or whose command did not start leaves
+    // nothing to link; a command that failed leaves an object that must not
+    // be linked either.
+    bool all_ran = true;
+    const Job* failed_file = nullptr;
+    for (const Job& job : jobs) {
+        if (job.command.empty() || !job.result.started) {
+            all_ran = false;
+        } else {
+            ++compiled_;
+            if (job.result.exit_code != 0 && failed_file == nullptr) failed_file = &job;
+        }
+    }
+
+    bool ok = all_ran && failed_file == nullptr;
+    if (!jobs.empty() || TargetNeedsCommand(target, project, files, record)) {
+        // The plug-in answers with no command (and says so itself) when the
+        // files brought errors.
+        const std::string command = all_ran ? AskCommand(plugin_, project, project) : std::string();
+        if (command.empty()) {
+            ok = false;
+        } else if (failed_file != nullptr) {
+            Report(target + ": not linked: the command for '" + failed_file->source + "' ended with exit code " +
+                   std::to_string(failed_file->result.exit_code));
+        } else {
+            platform::RunResult run = Run(command);
+            if (!run.started) {
+                Report(run.error + " (command: " + command + ")");
+                ok = false;
+            } else {
+                linked_ = true;
+                if (run.truncated) {
+                    Report("the output of the command for target '" + target + "' was cut at " +
+                           std::to_string(output_limit_) + " bytes");
+                }
+                Parse(run.output);
+                if (run.exit_code != 0) ok = false;
+            }
+        }
+    }
+
+    // What the plug-in learnt about the sources it was asked for; sources
+    // that left the target are forgotten.
+    for (const Job& job : jobs) {
+        if (job.command.empty()) continue;
+        std::vector<std::string> set = AskDependencies(plugin_, job.source);
+        if (set.empty()) {
+            record.sets.erase(job.source);
+        } else {
+            record.sets[job.source] = std::move(set);
+        }
+    }
+    std::set<std::string> sources;
+    for (ConfigNode* file : files) sources.insert(Attribute(file, "RelativePath"));
+    for (auto it = record.sets.begin(); it != record.sets.end();) {
+        it = sources.count(it->first) ? std::next(it) : record.sets.erase(it);
+    }
+    record.result = ok ? BuildResult::kSucceeded : BuildResult::kFailed;
+    std::string error;
+    if (!SaveDependencies(*platform_.files, deps_path_, deps, &error)) Report(error);
+
+    if (!ok) failed_ = true;
+    return ok;
+}
+
+bool MakeEngine::TranslateFile(const std::string& target, ConfigNode* file) {
+    if (plugin_ == nullptr || file == nullptr) return false;
+    const std::string source = Attribute(file, "RelativePath");
+    const std::string command = AskCommand(plugin_, file->Root(), file);
+    if (command.empty()) {
+        Report("the plug-in gave no command for '" + source + "'");
+        failed_ = true;
+        return false;
+    }
+    platform::RunResult run = Run(command);
+    if (!run.started) {
+        Report(run.error + " (command: " + command + ")");
+        failed_ = true;
+        return false;
+    }
+    if (run.truncated) {
+        Report("the output of the command for '" + source + "' was cut at " + std::to_string(output_limit_) +
+               " bytes");
+    }
+    Parse(run.output);
+    if (run.exit_code != 0) failed_ = true;
+
+    DependencyFile deps;
+    LoadDependencies(*platform_.files, deps_path_, &deps);
+    TargetDependencies& record = deps.targets[target];
+    std::vector<std::string> set = AskDependencies(plugin_, source);
+    if (set.empty()) {
+        record.sets.erase(source);
+    } else {
+        record.sets[source] = std::move(set);
+    }
+    std::string error;
+    if (!SaveDependencies(*platform_.files, deps_path_, deps, &error)) Report(error);
+    return true;
+}
+
+}  // namespace ads::host

@@ -1,0 +1,76 @@
+#include "import/project_files.h"
+
+#include <algorithm>
+
+#include "platform/platform.h"
+
+namespace ads::import {
+
+std::string LowerAscii(std::string text) {
+    for (char& c : text) {
+        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+    }
+    return text;
+}
+
+std::string JoinPath(const std::string& folder, const std::string& name) {
+    if (folder.empty()) return name;
+    const char last = folder.back();
+    return last == '\\' || last == '/' ? folder + name : folder + "\\" + name;
+}
+
+void ProjectFiles::Scan(platform::FileSystem& files, const std::string& folder) {
+    folder_ = folder;
+    names_.clear();
+    paths_.clear();
+    first_.clear();
+
+    // One frame per open folder: its path, its sorted entries and the next
+    // one to visit. A sub-folder is entered where it stands in the list.
+    struct Frame {
+        std::string path;
+        std::vector<platform::DirectoryEntry> entries;
+        size_t next = 0;
+    };
+    auto open = [&files](const std::string& path, std::vector<Frame>& stack) {
+        Frame frame{path, {}, 0};
+        if (!files.ListDirectory(path, &frame.entries)) return;
+        std::stable_sort(frame.entries.begin(), frame.entries.end(),
+                         [](const platform::DirectoryEntry& a, const platform::DirectoryEntry& b) {
+                             return LowerAscii(a.name) < LowerAscii(b.name);
+                         });
+        stack.push_back(std::move(frame));
+    };
+    std::vector<Frame> stack;
+    open(folder, stack);
+    while (!stack.empty()) {
+        Frame& top = stack.back();
+        if (top.next >= top.entries.size()) {
+            stack.pop_back();
+            continue;
+        }
+        const platform::DirectoryEntry entry = top.entries[top.next++];
+        if (entry.name.empty() || entry.name == "." || entry.name == ".." || entry.is_hidden) continue;
+        std::string path = JoinPath(top.path, entry.name);
+        if (path.size() >= kMaxPath) continue;
+        if (entry.is_directory) {
+            open(path, stack);  // `top` may move: not used after this
+            continue;
+        }
+        first_.emplace(LowerAscii(entry.name), names_.size());
+        names_.push_back(entry.name);
+        paths_.push_back(std::move(path));
+    }
+}
+
+const std::string* ProjectFiles::Find(const std::string& name) const {
+    auto it = first_.find(LowerAscii(name));
+    return it == first_.end() ? nullptr : &paths_[it->second];
+}
+
+std::string ProjectFiles::Relative(const std::string& full_path) const {
+    std::string rest = full_path.compare(0, folder_.size(), folder_) == 0 ? full_path.substr(folder_.size()) : full_path;
+    return !rest.empty() && rest[0] == '\\' ? "." + rest : ".\\" + rest;
+}
+
+}  // namespace ads::import

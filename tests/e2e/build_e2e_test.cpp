@@ -1,0 +1,293 @@
+// orvhost building projects as a user does: the real plug-in beside
+// orvhost, the simulated ADS tools (bin/fakeads/Bin) as the tool folder, a
+// fresh project folder, nothing but the command line.
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "platform/platform.h"
+#include "support/temp_folder.h"
+
+namespace ads {
+namespace {
+
+namespace stdfs = std::filesystem;
+
+struct Outcome {
+    int status;
+    std::string output;
+};
+
+size_t Count(const std::string& text, const std::string& what) {
+    size_t n = 0;
+    for (size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + 1)) ++n;
+    return n;
+}
+
+class BuildTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        dir = folder.path();
+        exe = fs().ExecutableDirectory() + "/orvhost" + platform::test_support::kExecutableSuffix;
+        ASSERT_TRUE(fs().FileExists(exe)) << exe;
+        tools = fs().ExecutableDirectory() + "/fakeads/Bin";
+        platform::Environment& env = *platform::System().environment;
+        env.Set("ORVANE_REGISTRY", dir + "/absent.reg");
+        env.Set("ORVANE_CONFIG", dir + "/orvhost.conf");
+    }
+
+    // The tests that build need the simulated tools.
+    bool HaveTools() { return fs().FileExists(tools + "/armcc.exe"); }
+
+    static platform::FileSystem& fs() { return *platform::System().files; }
+
+    Outcome Orvhost(const std::vector<std::string>& args) {
+        std::string line = platform::QuoteArgument(exe);
+        for (const std::string& a : args) line += " " + platform::QuoteArgument(a);
+        platform::RunResult r = platform::System().runner->Run(line, dir, 1 << 22);
+        EXPECT_TRUE(r.started) << r.error;
+        return {r.exit_code, r.output};
+    }
+
+    std::string Path(const std::string& name) const { return dir + "/" + name; }
+    bool Exists(const std::string& name) const { return stdfs::exists(stdfs::path(dir) / name); }
+
+    void Write(const std::string& name, const std::string& text) {
+        stdfs::create_directories((stdfs::path(dir) / name).parent_path());
+        std::string error;
+        ASSERT_TRUE(fs().WriteFileAtomically(Path(name), text, &error)) << error;
+    }
+    std::string Read(const std::string& name) {
+        std::string text;
+        fs().ReadFile(Path(name), &text);
+        return text;
+    }
+    // Makes a file newer than anything a build wrote so far.
+    void Age(const std::string& name, int seconds_from_now) {
+        stdfs::last_write_time(stdfs::path(dir) / name,
+                               stdfs::file_time_type::clock::now() + std::chrono::seconds(seconds_from_now));
+    }
+
+    // demo.orv with the target Debug and the given sources, the tools set.
+    void MakeProject(const std::vector<std::pair<std::string, std::string>>& sources) {
+        ASSERT_EQ(0, Orvhost({"config", "set-tools-dir", tools}).status);
+        ASSERT_EQ(0, Orvhost({"new", "demo.orv"}).status);
+        ASSERT_EQ(0, Orvhost({"add-target", "demo.orv", "Debug"}).status);
+        for (const auto& [name, text] : sources) {
+            Write(name, text);
+            Outcome r = Orvhost({"add-file", "demo.orv", name});
+            ASSERT_EQ(0, r.status) << r.output;
+        }
+    }
+
+    void ExpectRefused(const std::vector<std::string>& args, const std::string& names) {
+        const std::string before = Read("demo.orv");
+        Outcome r = Orvhost(args);
+        EXPECT_EQ(2, r.status) << r.output;
+        EXPECT_NE(std::string::npos, r.output.find(names)) << r.output;
+        EXPECT_EQ(1u, Count(r.output, "\n")) << r.output;
+        EXPECT_EQ(before, Read("demo.orv"));
+        EXPECT_FALSE(Exists("Debug")) << "nothing built";
+    }
+
+    platform::test_support::TempFolder folder;
+    std::string dir, exe, tools;
+};
+
+const std::pair<std::string, std::string> kMain = {
+    "src/main.c", "#include \"local.h\"\nint main(void) { return LOCAL; }\n"};
+const std::pair<std::string, std::string> kLocal = {"src/local.h", "#define LOCAL 1\n"};
+const std::pair<std::string, std::string> kUtil = {"src/util.c", "int util(void) { return 2; }\n"};
+const std::pair<std::string, std::string> kStart = {"start.s", "  AREA start, CODE\n  END\n"};
+
+TEST_F(BuildTest, BadInputIsRefusedBeforeAnythingIsBuilt) {
+    ASSERT_EQ(0, Orvhost({"new", "demo.orv"}).status);
+    ASSERT_EQ(0, Orvhost({"add-target", "demo.orv", "Debug"}).status);
+    ExpectRefused({"build", "demo.orv", "--target", "Nope"}, "demo.orv: no target named 'Nope'");
+    ExpectRefused({"build", "demo.orv", "-j", "0"}, "-j needs a number of jobs");
+    ExpectRefused({"build", "demo.orv", "-jx"}, "-j needs a number of jobs");
+    ExpectRefused({"build", "demo.orv", "--fast"}, "unknown option '--fast'");
+    ExpectRefused({"build"}, "usage: orvhost build");
+    ExpectRefused({"build", "missing.orv"}, "missing.orv");
+    ExpectRefused({"compile", "demo.orv", "nothere.c"}, "demo.orv: no source file 'nothere.c' in the project");
+    ExpectRefused({"compile", "demo.orv"}, "usage: orvhost compile");
+    ExpectRefused({"clean", "demo.orv", "--target"}, "--target needs a name");
+    ExpectRefused({"export-compile-commands", "demo.orv", "-j", "2"}, "unknown option '-j'");
+
+    ASSERT_EQ(0, Orvhost({"new", "empty.orv"}).status);
+    Outcome r = Orvhost({"build", "empty.orv"});
+    EXPECT_EQ(2, r.status);
+    EXPECT_NE(std::string::npos, r.output.find("empty.orv: no target to build")) << r.output;
+}
+
+TEST_F(BuildTest, HelpNamesTheBuildCommands) {
+    Outcome r = Orvhost({"--help"});
+    for (const char* text : {"build PROJECT [--target NAME] [-j N] [--rebuild]", "compile PROJECT FILE",
+                             "clean PROJECT", "export-compile-commands PROJECT"}) {
+        EXPECT_NE(std::string::npos, r.output.find(text)) << text;
+    }
+}
+
+TEST_F(BuildTest, ABuildMakesWhatChangedAndNothingElse) {
+    if (!HaveTools()) GTEST_SKIP() << "the simulated tools are not built: " << tools;
+    MakeProject({kMain, kLocal, kUtil, kStart});
+
+    Outcome r = Orvhost({"build", "demo.orv"});
+    ASSERT_EQ(0, r.status) << r.output;
+    for (const char* text : {"compiling src\\main.c...", "compiling src\\util.c...", "compiling start.s...",
+                             "Linking...", "demo.axf created - 0 error(s), 0 warning(s)"}) {
+        EXPECT_NE(std::string::npos, r.output.find(text)) << text << "\n" << r.output;
+    }
+    for (const char* file : {"Debug/main.o", "Debug/util.o", "Debug/start.o", "Debug/demo.axf", "demo.orv.deps"}) {
+        EXPECT_TRUE(Exists(file)) << file;
+    }
+
+    r = Orvhost({"build", "demo.orv"});
+    EXPECT_EQ(0, r.status) << r.output;
+    EXPECT_EQ(0u, Count(r.output, "compiling ")) << r.output;
+    EXPECT_EQ(0u, Count(r.output, "Linking...")) << r.output;
+
+    // The header main.c includes: main.c again, and the image.
+    Age("src/local.h", 5);
+    r = Orvhost({"build", "demo.orv"});
+    EXPECT_EQ(0, r.status) << r.output;
+    EXPECT_EQ(1u, Count(r.output, "compiling ")) << r.output;
+    EXPECT_NE(std::string::npos, r.output.find("compiling src\\main.c...")) << r.output;
+    EXPECT_NE(std::string::npos, r.output.find("Linking...")) << r.output;
+
+    r = Orvhost({"build", "demo.orv", "--rebuild"});
+    EXPECT_EQ(0, r.status) << r.output;
+    EXPECT_EQ(3u, Count(r.output, "compiling ")) << r.output;
+}
+
+TEST_F(BuildTest, ErrorsFailTheBuildAndLeaveTheTargetUnlinked) {
+    if (!HaveTools()) GTEST_SKIP() << "the simulated tools are not built: " << tools;
+    MakeProject({kMain, kLocal, {"src/util.c", "int util(void) { return x; } /* FAKEADS: error C2456E: undeclared name */\n"}});
+
+    Outcome r = Orvhost({"build", "demo.orv"});
+    EXPECT_EQ(1, r.status) << r.output;
+    EXPECT_NE(std::string::npos, r.output.find("src\\util.c(1): Error: C2456E: undeclared name")) << r.output;
+    EXPECT_NE(std::string::npos, r.output.find("Target not created")) << r.output;
+    EXPECT_NE(std::string::npos, r.output.find("demo.axf created - 1 error(s)")) << r.output;
+    EXPECT_FALSE(Exists("Debug/demo.axf"));
+
+    // Still failing: only the broken file again.
+    r = Orvhost({"build", "demo.orv"});
+    EXPECT_EQ(1, r.status) << r.output;
+    EXPECT_EQ(1u, Count(r.output, "compiling ")) << r.output;
+
+    Write("src/util.c", "int util(void) { return 2; }\n");
+    r = Orvhost({"build", "demo.orv"});
+    EXPECT_EQ(0, r.status) << r.output;
+    EXPECT_EQ(1u, Count(r.output, "compiling ")) << r.output;
+    EXPECT_TRUE(Exists("Debug/demo.axf"));
+}
+
+TEST_F(BuildTest, AParallelBuildKeepsTheMessagesInFileOrder) {
+    if (!HaveTools()) GTEST_SKIP() << "the simulated tools are not built: " << tools;
+    std::vector<std::pair<std::string, std::string>> sources;
+    for (int i = 0; i < 8; ++i) {
+        const std::string name = "f" + std::to_string(i);
+        sources.push_back({"src/" + name + ".c", "int " + name + "; /* FAKEADS: warning C2207W: from " + name + " */\n"});
+    }
+    MakeProject(sources);
+
+    Outcome parallel = Orvhost({"build", "demo.orv", "-j", "4"});
+    ASSERT_EQ(0, parallel.status) << parallel.output;
+    size_t last = 0;
+    for (int i = 0; i < 8; ++i) {
+        const std::string line = "src\\f" + std::to_string(i) + ".c(1): Warning: C2207W: from f" + std::to_string(i);
+        size_t at = parallel.output.find(line);
+        ASSERT_NE(std::string::npos, at) << line << "\n" << parallel.output;
+        EXPECT_LT(last, at) << line;
+        last = at;
+    }
+    EXPECT_NE(std::string::npos, parallel.output.find("demo.axf created - 0 error(s), 8 warning(s)")) << parallel.output;
+
+    Outcome serial = Orvhost({"build", "demo.orv", "-j1", "--rebuild"});
+    ASSERT_EQ(0, serial.status) << serial.output;
+    EXPECT_NE(std::string::npos, serial.output.find("demo.axf created - 0 error(s), 8 warning(s)")) << serial.output;
+}
+
+TEST_F(BuildTest, ARebuildRequestOfTheProjectIsHonouredAndConsumed) {
+    if (!HaveTools()) GTEST_SKIP() << "the simulated tools are not built: " << tools;
+    MakeProject({kMain, kLocal, kUtil});
+    ASSERT_EQ(0, Orvhost({"build", "demo.orv"}).status);
+    // As the settings dialog leaves it after a change.
+    std::string project = Read("demo.orv");
+    const std::string element = "<Configuration Name=\"Debug\"";
+    const size_t at = project.find(element);
+    ASSERT_NE(std::string::npos, at) << project;
+    Write("demo.orv", project.insert(at + element.size(), " ADS_ReBuild=\"1\""));
+    const std::string flag = "ADS_ReBuild=\"0\"";
+
+    Outcome r = Orvhost({"build", "demo.orv"});
+    EXPECT_EQ(0, r.status) << r.output;
+    EXPECT_EQ(2u, Count(r.output, "compiling ")) << r.output;
+    EXPECT_NE(std::string::npos, Read("demo.orv").find(flag)) << "the request is consumed";
+
+    r = Orvhost({"build", "demo.orv"});
+    EXPECT_EQ(0u, Count(r.output, "compiling ")) << r.output;
+}
+
+TEST_F(BuildTest, OneFileIsCompiledWhenItChanged) {
+    if (!HaveTools()) GTEST_SKIP() << "the simulated tools are not built: " << tools;
+    MakeProject({kMain, kLocal, kUtil});
+
+    Outcome r = Orvhost({"compile", "demo.orv", "src\\util.c"});
+    EXPECT_EQ(0, r.status) << r.output;
+    EXPECT_NE(std::string::npos, r.output.find("Create util.o - 0 error(s), 0 warning(s)")) << r.output;
+    EXPECT_TRUE(Exists("Debug/util.o"));
+    EXPECT_FALSE(Exists("Debug/main.o"));
+
+    r = Orvhost({"compile", "demo.orv", Path("src/util.c")});
+    EXPECT_EQ(0, r.status) << r.output;
+    EXPECT_NE(std::string::npos, r.output.find("skipping ... (no relevant changes detected)")) << r.output;
+
+    Write("src/util.c", "int util(void) { return x; } /* FAKEADS: error C2456E: undeclared name */\n");
+    Age("src/util.c", 5);
+    r = Orvhost({"compile", "demo.orv", "src/util.c"});
+    EXPECT_EQ(1, r.status) << r.output;
+    EXPECT_NE(std::string::npos, r.output.find("Create util.o - 1 error(s), 0 warning(s)")) << r.output;
+}
+
+TEST_F(BuildTest, CleanRemovesTheObjectsAndTheImage) {
+    if (!HaveTools()) GTEST_SKIP() << "the simulated tools are not built: " << tools;
+    MakeProject({kMain, kLocal, kUtil});
+    ASSERT_EQ(0, Orvhost({"build", "demo.orv"}).status);
+    ASSERT_TRUE(Exists("Debug/demo.axf"));
+
+    Outcome r = Orvhost({"clean", "demo.orv"});
+    EXPECT_EQ(0, r.status) << r.output;
+    EXPECT_NE(std::string::npos, r.output.find("Deleting intermediate files: demo - Debug")) << r.output;
+    for (const char* file : {"Debug/main.o", "Debug/util.o", "Debug/demo.axf"}) EXPECT_FALSE(Exists(file)) << file;
+
+    r = Orvhost({"build", "demo.orv"});
+    EXPECT_EQ(0, r.status) << r.output;
+    EXPECT_EQ(2u, Count(r.output, "compiling ")) << r.output;
+    EXPECT_TRUE(Exists("Debug/demo.axf"));
+}
+
+TEST_F(BuildTest, CompileCommandsListTheCAndCppFilesForClangd) {
+    if (!HaveTools()) GTEST_SKIP() << "the simulated tools are not built: " << tools;
+    MakeProject({kMain, kLocal, {"src/drv.cpp", "int drv;\n"}, kStart});
+    Outcome r = Orvhost({"export-compile-commands", "demo.orv"});
+    ASSERT_EQ(0, r.status) << r.output;
+    EXPECT_NE(std::string::npos, r.output.find("(2 entries)")) << r.output;
+    EXPECT_EQ(std::string::npos, r.output.find("compiling ")) << r.output;
+
+    const std::string json = Read("compile_commands.json");
+    EXPECT_EQ(2u, Count(json, "\"directory\": ")) << json;
+    EXPECT_EQ(1u, Count(json, "\"-xc\"")) << json;
+    EXPECT_EQ(1u, Count(json, "\"-xc++\"")) << json;
+    EXPECT_EQ(2u, Count(json, "\"--target=arm-none-eabi\"")) << json;
+    EXPECT_EQ(std::string::npos, json.find("start.s")) << json;
+    EXPECT_EQ(std::string::npos, json.find("armcc")) << json;
+    EXPECT_EQ(std::string::npos, json.find("-g+")) << json;
+}
+
+}  // namespace
+}  // namespace ads
