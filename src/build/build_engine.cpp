@@ -1,4 +1,5 @@
 #include "build/build_engine.h"
+#include "build/node_text.h"
 
 #include <cstdarg>
 #include <cstdio>
@@ -17,20 +18,10 @@ const char kTargetNotCreated[] = "Target not created\r\n";
 const char kNoProjectOrTarget[] = "current Project Name and current target can't be none!\n";
 const char kBanner[] = "--------------------Configuration: %s - %s--------------------\r\n";
 
-namespace {
 const char kDefaultAsmTemplate[] = "$(ADS_PARAM) \"$(SOURCE)\" \"$(OBJ)\"";
 const char kDefaultCTemplate[] = "$(ADS_PARAM) -c \"$(SOURCE)\" -o \"$(OBJ)\"";
 
-std::string Text(const ConfigNode* node, const char* key) {
-    const char* value = node ? node->GetAttribute(key) : nullptr;
-    return value ? value : "";
-}
-
-int FileType(const ConfigNode* file) {
-    int32_t type = 0;
-    file->GetAttributeInt("FileType", &type);
-    return type;
-}
+namespace {
 
 int ExecutableOf(int tool) {
     switch (tool) {
@@ -85,7 +76,7 @@ const std::set<std::string>* BuildEngine::Dependencies(const std::string& source
 
 bool BuildEngine::UpdateNode(const BuildContext& context, ConfigNode* node) {
     if (node == nullptr || node->Name() != "File" || context.project_root == nullptr) return false;
-    int type = FileType(node);
+    int type = FileTypeOf(node);
     if (type < 1 || type > 3) return false;
     ConfigNode* configurations = context.project_root->FindChild("Configurations");
     if (configurations == nullptr) return false;
@@ -181,7 +172,7 @@ bool BuildEngine::FileCommand(const BuildContext& c, ConfigNode* file, std::stri
     uint32_t error = platform_->files->CreateDirectory(c.project_dir + c.target);
     if (error != 0 && error != platform::kErrorAlreadyExists) Write(kCreateFolderFailed);
 
-    int type = FileType(file);
+    int type = FileTypeOf(file);
     if (type < 1 || type > 3) return false;
     const char* relative = file->GetAttribute("RelativePath");
     if (relative == nullptr) return false;

@@ -42,7 +42,10 @@ extern const char kNoToolsForCompile[];    // "Could't find ADS compiler tools!"
 extern const char kNoToolsForBuild[];      // "Couldn't find ADS compiler tools, fail to build!!"
 extern const char kTargetNotCreated[];     // "Target not created\r\n"
 extern const char kNoProjectOrTarget[];    // "current Project Name and current target can't be none!\n"
-extern const char kBanner[];               // "--------------------Configuration: %s - %s--------------------\r\n"
+extern const char kBanner[];
+// The command templates a target gets on first use.
+extern const char kDefaultAsmTemplate[];   // "$(ADS_PARAM) \"$(SOURCE)\" \"$(OBJ)\""
+extern const char kDefaultCTemplate[];     // "$(ADS_PARAM) -c \"$(SOURCE)\" -o \"$(OBJ)\""               // "--------------------Configuration: %s - %s--------------------\r\n"
 
 class BuildEngine {
 public:

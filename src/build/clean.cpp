@@ -1,15 +1,9 @@
 // Cleaning a target: every object the build put in the target's folder and
 // the linked image. A file that is not there is not an error.
 #include "build/build_engine.h"
+#include "build/node_text.h"
 
 namespace ads::build {
-
-namespace {
-std::string Text(const ConfigNode* node, const char* key) {
-    const char* value = node ? node->GetAttribute(key) : nullptr;
-    return value ? value : "";
-}
-}  // namespace
 
 void BuildEngine::Clean(const BuildContext& c) {
     if (c.project_root == nullptr) return;
@@ -23,16 +17,9 @@ void BuildEngine::Clean(const BuildContext& c) {
         if (platform_->files->DeleteFile(path, &message) == 0) return;
         report += "Error: Could not delete file \"" + path + "\" : " + message;
     };
-    WalkTree(c.project_root, [&](ConfigNode* n) {
-        if (n->Name() != "File") return false;
-        const char* relative = n->GetAttribute("RelativePath");
-        int32_t type = 0;
-        n->GetAttributeInt("FileType", &type);
-        if (relative == nullptr || type < 1 || type > 3) return false;
-        std::string output = Text(n, "Output");
-        // A file that is its own object is not the build's to delete.
-        if (output != relative) remove(c.target + "\\" + output);
-        return false;
+    // An object that is its own source file is not the build's to delete.
+    ForEachObject(c.project_root, [&](const std::string&, const std::string& output, bool own) {
+        if (!own) remove(c.target + "\\" + output);
     });
     std::string user = Text(c.configuration, "ADS_USRAPPFILE");
     std::string image = (user.empty() ? project : user) + ".axf";

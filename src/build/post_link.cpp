@@ -5,26 +5,11 @@
 #include <vector>
 
 #include "build/build_engine.h"
+#include "build/node_text.h"
 
 namespace ads::build {
 
 namespace {
-
-std::string Text(const ConfigNode* node, const char* key) {
-    const char* value = node ? node->GetAttribute(key) : nullptr;
-    return value ? value : "";
-}
-
-bool EqualsIgnoringCase(const std::string& a, const char* b) {
-    if (a.size() != std::strlen(b)) return false;
-    for (size_t i = 0; i < a.size(); ++i) {
-        char x = a[i], y = b[i];
-        if (x >= 'A' && x <= 'Z') x = static_cast<char>(x - 'A' + 'a');
-        if (y >= 'A' && y <= 'Z') y = static_cast<char>(y - 'A' + 'a');
-        if (x != y) return false;
-    }
-    return true;
-}
 
 // The output formats by the switch that asks for them, in the order they
 // are looked for. "-aif" comes first and is part of "-aifbin", so an

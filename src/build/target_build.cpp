@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "build/build_engine.h"
+#include "build/node_text.h"
 #include "build/tool_choice.h"
 #include "options/option_error.h"
 
@@ -12,23 +13,6 @@ namespace {
 const char kLibrarian[] = "ARM Librarian";
 const char kArchiveTemplate[] = "-r \"$(ELF)\" $(OBJS)";
 const char kDefaultLinkTemplate[] = "$(OBJS) $(ADS_LNKPARAM) -o \"$(ELF)\"";
-
-std::string Text(const ConfigNode* node, const char* key) {
-    const char* value = node ? node->GetAttribute(key) : nullptr;
-    return value ? value : "";
-}
-
-bool EqualsIgnoringCase(const std::string& a, const char* b) {
-    size_t n = std::strlen(b);
-    if (a.size() != n) return false;
-    for (size_t i = 0; i < n; ++i) {
-        char x = a[i], y = b[i];
-        if (x >= 'A' && x <= 'Z') x = static_cast<char>(x - 'A' + 'a');
-        if (y >= 'A' && y <= 'Z') y = static_cast<char>(y - 'A' + 'a');
-        if (x != y) return false;
-    }
-    return true;
-}
 
 bool IsLibrary(const ConfigNode* configuration) {
     return EqualsIgnoringCase(Text(configuration, "ADS_LinkerName"), kLibrarian);
@@ -79,7 +63,7 @@ int BuildEngine::CompileFile(const BuildContext& c, ConfigNode* file) {
     size_t dot = display.rfind('.');
     if (dot != std::string::npos) display.resize(dot);
     if (FindFileSettings(file) == nullptr) host_->FindSettingNode(file, kAsmSettings, kSettingsFlagKey);
-    std::string command = CommandTemplate(c, "ADS_AsmParam", "$(ADS_PARAM) \"$(SOURCE)\" \"$(OBJ)\"");
+    std::string command = CommandTemplate(c, "ADS_AsmParam", kDefaultAsmTemplate);
     command = ReplaceAll(command, "$(SOURCE)", relative);
     const char* output = file->GetAttribute("Output");
     std::string object = output ? Format(".\\%s\\%s", c.target.c_str(), output) : path;
@@ -117,23 +101,9 @@ std::string BuildEngine::ImageName(const BuildContext& c, bool library) const {
 }
 
 std::string BuildEngine::ObjectList(const BuildContext& c) {
-    // One entry per source of the project, in tree order: its own path and
-    // its "Output". A file that is its own object is listed as it is; every
-    // other object lives in the target's folder.
     std::string list;
-    WalkTree(c.project_root, [&](ConfigNode* n) {
-        if (n->Name() != "File") return false;
-        const char* relative = n->GetAttribute("RelativePath");
-        int32_t type = 0;
-        n->GetAttributeInt("FileType", &type);
-        if (relative == nullptr || type < 1 || type > 3) return false;
-        std::string output = Text(n, "Output");
-        if (output == relative) {
-            list += " \"" + output + "\"";
-        } else {
-            list += " \".\\" + c.target + "\\" + output + "\"";
-        }
-        return false;
+    ForEachObject(c.project_root, [&](const std::string&, const std::string& output, bool own) {
+        list += own ? " \"" + output + "\"" : " \".\\" + c.target + "\\" + output + "\"";
     });
     return list;
 }

@@ -1,5 +1,7 @@
 #include "build/tool_choice.h"
 
+#include "build/node_text.h"
+
 #include <cstring>
 
 #include "config/defaults.h"
@@ -17,17 +19,6 @@ const char* const kToolDisplayNames[6] = {
 };
 
 namespace {
-
-int FileTypeOf(const ConfigNode* file) {
-    int32_t type = 0;
-    file->GetAttributeInt("FileType", &type);
-    return type;
-}
-
-std::string Text(const ConfigNode* node, const char* key) {
-    const char* value = node ? node->GetAttribute(key) : nullptr;
-    return value ? value : "";
-}
 
 bool Contains(const std::string& text, const char* what) { return text.find(what) != std::string::npos; }
 
