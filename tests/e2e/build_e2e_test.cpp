@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "platform/platform.h"
+#include "support/orvhost_run.h"
 #include "support/temp_folder.h"
 
 namespace ads {
@@ -16,10 +17,7 @@ namespace {
 
 namespace stdfs = std::filesystem;
 
-struct Outcome {
-    int status;
-    std::string output;
-};
+using ads::testing::Outcome;
 
 size_t Count(const std::string& text, const std::string& what) {
     size_t n = 0;
@@ -31,7 +29,7 @@ class BuildTest : public ::testing::Test {
 protected:
     void SetUp() override {
         dir = folder.path();
-        exe = fs().ExecutableDirectory() + "/orvhost" + platform::test_support::kExecutableSuffix;
+        exe = ads::testing::OrvhostExecutable();
         ASSERT_TRUE(fs().FileExists(exe)) << exe;
         tools = fs().ExecutableDirectory() + "/fakeads/Bin";
         platform::Environment& env = *platform::System().environment;
@@ -44,13 +42,7 @@ protected:
 
     static platform::FileSystem& fs() { return *platform::System().files; }
 
-    Outcome Orvhost(const std::vector<std::string>& args) {
-        std::string line = platform::QuoteArgument(exe);
-        for (const std::string& a : args) line += " " + platform::QuoteArgument(a);
-        platform::RunResult r = platform::System().runner->Run(line, dir, 1 << 22);
-        EXPECT_TRUE(r.started) << r.error;
-        return {r.exit_code, r.output};
-    }
+    Outcome Orvhost(const std::vector<std::string>& args) { return ads::testing::RunOrvhost(exe, args, dir, 1 << 22); }
 
     std::string Path(const std::string& name) const { return dir + "/" + name; }
     bool Exists(const std::string& name) const { return stdfs::exists(stdfs::path(dir) / name); }

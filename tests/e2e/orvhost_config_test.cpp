@@ -8,6 +8,7 @@
 
 #include "platform/platform.h"
 #include "platform/registry.h"
+#include "support/orvhost_run.h"
 #include "support/temp_folder.h"
 
 namespace ads {
@@ -16,10 +17,7 @@ namespace {
 const char* const kTools[] = {"armasm.exe", "armcc.exe", "armcpp.exe", "tcc.exe",
                               "tcpp.exe",   "armlink.exe", "fromelf.exe", "armar.exe"};
 
-struct Outcome {
-    int status;
-    std::string output;
-};
+using ads::testing::Outcome;
 
 std::string RegText(const std::string& text) {
     std::string out;
@@ -34,10 +32,7 @@ class OrvhostConfigTest : public ::testing::Test {
 protected:
     void SetUp() override {
         dir = folder.path();
-        exe = fs().ExecutableDirectory() + "/orvhost";
-#ifdef _WIN32
-        exe += ".exe";
-#endif
+        exe = ads::testing::OrvhostExecutable();
         ASSERT_TRUE(fs().FileExists(exe)) << exe;
         registry = dir + "/registry.reg";
         config = dir + "/orvhost.conf";
@@ -48,13 +43,7 @@ protected:
 
     static platform::FileSystem& fs() { return *platform::System().files; }
 
-    Outcome Orvhost(const std::vector<std::string>& args) {
-        std::string line = platform::QuoteArgument(exe);
-        for (const std::string& a : args) line += " " + platform::QuoteArgument(a);
-        platform::RunResult r = platform::System().runner->Run(line, dir, 1 << 20);
-        EXPECT_TRUE(r.started) << r.error;
-        return {r.exit_code, r.output};
-    }
+    Outcome Orvhost(const std::vector<std::string>& args) { return ads::testing::RunOrvhost(exe, args, dir, 1 << 20); }
 
     std::string Path(const std::string& name) { return dir + "/" + name; }
 

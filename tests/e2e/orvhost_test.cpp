@@ -6,36 +6,25 @@
 #include <vector>
 
 #include "platform/platform.h"
+#include "support/orvhost_run.h"
 #include "support/temp_folder.h"
 
 namespace ads {
 namespace {
 
-struct Outcome {
-    int status;
-    std::string output;
-};
+using ads::testing::Outcome;
 
 class OrvhostTest : public ::testing::Test {
 protected:
     void SetUp() override {
         dir = folder.path();
-        exe = fs().ExecutableDirectory() + "/orvhost";
-#ifdef _WIN32
-        exe += ".exe";
-#endif
+        exe = ads::testing::OrvhostExecutable();
         ASSERT_TRUE(fs().FileExists(exe)) << exe;
     }
 
     static platform::FileSystem& fs() { return *platform::System().files; }
 
-    Outcome Orvhost(const std::vector<std::string>& args) {
-        std::string line = platform::QuoteArgument(exe);
-        for (const std::string& a : args) line += " " + platform::QuoteArgument(a);
-        platform::RunResult r = platform::System().runner->Run(line, dir, 1 << 20);
-        EXPECT_TRUE(r.started) << r.error;
-        return {r.exit_code, r.output};
-    }
+    Outcome Orvhost(const std::vector<std::string>& args) { return ads::testing::RunOrvhost(exe, args, dir, 1 << 20); }
 
     std::string Path(const std::string& name) { return dir + "/" + name; }
 
