@@ -116,6 +116,18 @@ std::string BuildEngine::CommandTemplate(const BuildContext& c, const char* key,
 std::string BuildEngine::IncludeSwitches(const BuildContext& c, bool only_when_set) {
     const char* value = c.configuration ? c.configuration->GetAttribute("SearchPath") : nullptr;
     if (value == nullptr && only_when_set) return std::string();
+    // Expanding "*" walks folders: done once per build and search path, not
+    // once per file (BuildTarget and CompileFile forget it).
+    std::string key = c.project_dir + '\n' + c.tools.arm_home + '\n' + (value ? value : "");
+    if (include_cache_valid_ && key == include_cache_key_) return include_cache_;
+    std::string switches = ExpandIncludeSwitches(c, value);
+    include_cache_key_ = key;
+    include_cache_ = switches;
+    include_cache_valid_ = true;
+    return switches;
+}
+
+std::string BuildEngine::ExpandIncludeSwitches(const BuildContext& c, const char* value) {
     config::SearchPathSwitches parsed = config::ParseSearchPath(value ? value : "");
     config::PathMacros macros = Macros(c);
     // Each entry is expanded when the tools run: its macro, its "*" for all

@@ -77,6 +77,8 @@ private:
     bool RootCommand(const BuildContext& c, std::string* text);
     std::string CommandTemplate(const BuildContext& c, const char* key, const char* fallback);
     std::string IncludeSwitches(const BuildContext& c, bool only_when_set);
+    std::string ExpandIncludeSwitches(const BuildContext& c, const char* search_path);
+    void ForgetIncludeSwitches() { include_cache_valid_ = false; }
     config::PathMacros Macros(const BuildContext& c) const;
     void ScanDependencies(const BuildContext& c, const std::string& compiler, const std::string& source);
     std::string ObjectList(const BuildContext& c);
@@ -94,6 +96,9 @@ private:
     OutputParser* parser_;
     std::map<std::string, std::set<std::string>> dependencies_;
     std::string application_file_;
+    bool include_cache_valid_ = false;
+    std::string include_cache_key_;
+    std::string include_cache_;
 };
 
 // The extension fromelf's output gets for the given switches: the first of

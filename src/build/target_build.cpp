@@ -27,6 +27,7 @@ int BuildEngine::CompileFile(const BuildContext& c, ConfigNode* file) {
         return 0;
     }
     if (file == nullptr) return 0;
+    ForgetIncludeSwitches();
     parser_->ResetCounters();
     const char* name = file->Root()->GetAttribute("Name");
     Write(Format(kBanner, name ? name : "current project", c.target.c_str()));
@@ -182,6 +183,7 @@ int BuildEngine::BuildTarget(const BuildContext& c, uintptr_t arg) {
         return 0;
     }
     parser_->ResetCounters();
+    ForgetIncludeSwitches();
     std::string project = ProjectName(c.project_root);
     if (project.empty() || c.target.empty() || c.project_dir.empty() || c.configuration == nullptr) {
         Write(kNoProjectOrTarget);

@@ -94,7 +94,9 @@ public:
     }
     std::string CurrentDirectory() override { return cwd; }
     std::string FullPath(const std::string& path) override { return path; }
+    int lists = 0;  // how often a folder was listed
     bool ListDirectory(const std::string& path, std::vector<platform::DirectoryEntry>* entries) override {
+        ++lists;
         auto it = listings.find(path);
         if (it == listings.end()) return false;
         *entries = it->second;

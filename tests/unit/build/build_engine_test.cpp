@@ -91,6 +91,26 @@ TEST_F(EngineTest, ACFileIsScannedAndCompiledWithMinusGPlus) {
     EXPECT_EQ((std::set<std::string>{"src\\main.c", "inc\\board.h", "inc\\with blank.h"}), *deps);
 }
 
+TEST_F(EngineTest, SubFoldersOfTheSearchPathAreWalkedOncePerBuild) {
+    target->SetAttribute("SearchPath", " -I\"src*\" ");
+    fake.files.listings["C:\\proj\\src"] = {{"drivers", true, false}};
+    fake.files.listings["C:\\proj\\src\\drivers"] = {};
+    ConfigNode* a = AddFile("src\\a.c", 1, "a.o");
+    ConfigNode* b = AddFile("src\\b.c", 1, "b.o");
+    std::string first = Command(a);
+    int walked = fake.files.lists;
+    EXPECT_GT(walked, 0);
+    EXPECT_TRUE(Has(first, " -I\"C:\\proj\\src\" -I\"C:\\proj\\src\\drivers\"")) << first;
+    Command(b);
+    EXPECT_EQ(walked, fake.files.lists);
+    // A new folder counts from the next build on.
+    fake.files.listings["C:\\proj\\src"].push_back({"more", true, false});
+    fake.files.listings["C:\\proj\\src\\more"] = {};
+    host.make = [](const std::string&, ConfigNode*) { return true; };
+    engine.BuildTarget(context, 1);
+    EXPECT_TRUE(Has(Command(a), "-I\"C:\\proj\\src\\more\"")) << Command(a);
+}
+
 TEST_F(EngineTest, AFailedScanLeavesNoDependencySet) {
     ConfigNode* c = AddFile("main.c", 1, "main.o");
     host.answers[" -M "] = config::ToolRun{true, 1, "\"main.c\", line 1: Error: C2225E: x\n"};
