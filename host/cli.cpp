@@ -254,9 +254,7 @@ int RunCli(const std::vector<std::string>& args, platform::Platform& platform) {
         if (command == "show") return CommandShow(args, platform);
         if (command == "options") return CommandOptions(args, platform);
         if (command == "set") return CommandSet(args, platform);
-#ifdef ADS_HAVE_IMPORT_COMMAND  // until cli_import.cpp is in ads_host's sources
         if (command == "import") return CommandImport(args, platform);
-#endif
         if (command == "config") return RunConfigCommand(args, platform);
         if (IsBuildCommand(command)) return RunBuildCommand(args, platform);
         Fail("unknown command '" + command + "' (see orvhost --help)");

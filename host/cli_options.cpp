@@ -19,7 +19,12 @@ ConfigNode* FindFile(ConfigNode* root, const std::string& path) {
     ConfigNode* found = nullptr;
     WalkTree(root, [&](ConfigNode* n) {
         const char* p = n->GetAttribute("RelativePath");
-        if (found == nullptr && n->Name() == "File" && p != nullptr && Lower(p) == wanted) found = n;
+        if (found == nullptr && n->Name() == "File" && p != nullptr) {
+            // Imported projects store their paths from ".\".
+            std::string stored = Lower(p);
+            while (stored.rfind(".\\", 0) == 0) stored.erase(0, 2);
+            if (stored == wanted) found = n;
+        }
         return false;
     });
     return found;

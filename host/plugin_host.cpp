@@ -20,12 +20,7 @@ std::string DirectoryOf(const std::string& path) {
     return cut == std::string::npos ? std::string(".") : path.substr(0, cut);
 }
 
-void CopyAttributes(ConfigNode* to, const ConfigNode& from) {
-    to->ClearAttributes();
-    for (const auto* a = from.FirstAttribute(); a != nullptr; a = from.NextAttribute(a)) {
-        to->SetAttribute(a->name.c_str(), a->value.c_str());
-    }
-}
+void CopyAttributes(ConfigNode* to, const ConfigNode& from) { to->CopyAttributesFrom(from); }
 }  // namespace
 
 void CommitEdit(ConfigNode* node, const ConfigNode& edited) {

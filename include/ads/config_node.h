@@ -78,6 +78,9 @@ public:
     size_t AttributeCount() const;
     // Removes every attribute (used by the host when it commits an edit).
     void ClearAttributes();
+    // Makes this node's attributes a copy of other's, in their order, in
+    // one pass (other's names are already unique, so none is looked up).
+    void CopyAttributesFrom(const ConfigNode& other);
     // Destroys every child, without recursion.
     void ClearChildren();
 

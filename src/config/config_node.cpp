@@ -98,6 +98,14 @@ void ConfigNode::ClearAttributes() {
     sentinel_.prev = sentinel_.next = &sentinel_;
 }
 
+void ConfigNode::CopyAttributesFrom(const ConfigNode& other) {
+    if (&other == this) return;
+    ClearAttributes();
+    for (const Attribute* a = other.FirstAttribute(); a != nullptr; a = other.NextAttribute(a)) {
+        AppendAttribute(a->name.c_str(), a->value.c_str());
+    }
+}
+
 void ConfigNode::AppendChild(ConfigNode* child) {
     if (child == nullptr || child == this) return;
     if (child->parent_ != nullptr) child->parent_->DetachChild(child);
@@ -192,11 +200,9 @@ namespace {
 ConfigNode* ShallowCopy(const ConfigNode& src) {
     auto* copy = new ConfigNode(src.Name());
     copy->SetUserWord(src.UserWord());
-    for (const auto* a = src.FirstAttribute(); a; a = src.NextAttribute(a)) {
-        // Copy record by record: an empty name is kept even though it can
-        // never be found, and repeated empty names stay repeated.
-        copy->SetAttribute(a->name.c_str(), a->value.c_str());
-    }
+    // Record by record: an empty name is kept even though it can never be
+    // found, and repeated empty names stay repeated.
+    copy->CopyAttributesFrom(src);
     return copy;
 }
 }  // namespace

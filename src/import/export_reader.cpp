@@ -71,9 +71,13 @@ public:
         if (ElementDepth(filtered.text, kMaxElementDepth) > kMaxElementDepth) {
             return Fail("elements are nested more than " + std::to_string(kMaxElementDepth) + " levels deep");
         }
+        // Texts are 8-bit and pass through as they stand: read as UTF-8, a
+        // Latin-1 byte before a '<' would swallow the tag.
+        static const char kByteOrderMark[] = "\xEF\xBB\xBF";
+        if (filtered.text.compare(0, 3, kByteOrderMark) == 0) filtered.text.erase(0, 3);
         // Created after the filter, gone when the read returns, either way.
         auto document = std::make_unique<TiXmlDocument>();
-        document->Parse(filtered.text.c_str());
+        document->Parse(filtered.text.c_str(), nullptr, TIXML_ENCODING_LEGACY);
         if (document->Error()) {
             const int row = document->ErrorRow();
             const size_t index = row > 0 ? static_cast<size_t>(row - 1) : 0;
@@ -286,6 +290,8 @@ private:
                 const bool relative = on_disk == candidate && !platform::IsAbsolutePath(candidate) &&
                                       (candidate.empty() || candidate[0] != '\\');
                 if (relative) on_disk = JoinPath(folder_, candidate);
+                // A macro's value ends with a backslash and the join adds one.
+                on_disk = options_.files->FullPath(on_disk);
                 if (!options_.files->FileExists(on_disk)) continue;
                 if (BeginsWith(candidate, config::kProjectMacro)) {
                     *found = "." + candidate.substr(std::char_traits<char>::length(config::kProjectMacro));

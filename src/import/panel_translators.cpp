@@ -4,8 +4,6 @@
 // pages would have stored.
 #include "import/panel_translators.h"
 
-#include <cstring>
-
 #include "config/defaults.h"
 #include "import/panel_readers.h"
 #include "import/panel_values.h"
@@ -19,34 +17,6 @@
 namespace ads::import {
 
 namespace opt = ads::options;
-
-// --- Reading row values ------------------------------------------------------
-
-Flag ReadFlag(const std::string& raw, const char* on_switch, const char* off_switch) {
-    const std::string value = Trimmed(raw);
-    if (value.empty()) return Flag::kUnset;
-    if (OneOf(value, {"1", "on", "true", "yes"}) || (*on_switch != '\0' && value == on_switch)) return Flag::kOn;
-    if (OneOf(value, {"0", "off", "false", "no"}) || (*off_switch != '\0' && value == off_switch)) return Flag::kOff;
-    return Flag::kUnknown;
-}
-
-std::string Trimmed(const std::string& value) {
-    const size_t begin = value.find_first_not_of(' ');
-    if (begin == std::string::npos) return std::string();
-    return value.substr(begin, value.find_last_not_of(' ') - begin + 1);
-}
-
-bool OneOf(const std::string& value, std::initializer_list<const char*> choices) {
-    for (const char* choice : choices) {
-        if (value == choice) return true;
-    }
-    return false;
-}
-
-std::string SwitchValue(const std::string& row, const char* switch_text) {
-    const size_t n = std::strlen(switch_text);
-    return Trimmed(row.compare(0, n, switch_text) == 0 ? row.substr(n) : row);
-}
 
 // --- The carry-over table of the compilers' '=' switches -------------------
 
@@ -232,31 +202,47 @@ std::string ReadVia(const std::string& value) {
 }
 
 // The codec writes the positions; the string is then read and written again
-// until it no longer changes, which is the form the pages keep.
+// until it no longer changes, which is the form the pages keep. Texts the
+// pages read switches out of (a via file named " -D..." or " -PD ...") may
+// never settle: then the via file goes, and after it the definitions.
+template <typename Settings, typename Read, typename Write>
+std::string Canonical(Settings s, std::string Settings::*via, std::string Settings::*definitions, Read read,
+                      Write write, const NoteSink& notes) {
+    for (int attempt = 0; attempt < 3; ++attempt) {
+        if (attempt == 1) {
+            notes.Add("'" + Trimmed(s.*via) + "' is left out: the option pages would read switches out of its name");
+            (s.*via).clear();
+        }
+        if (attempt == 2) {
+            notes.Add("'" + Trimmed(s.*definitions) + "' is left out: the option pages would read it differently");
+            (s.*definitions).clear();
+        }
+        std::string out = write(s);
+        for (int round = 0; round < 4; ++round) {
+            std::string again = write(read(out));
+            if (again == out) break;
+            out = std::move(again);
+        }
+        if (write(read(out)) != out) continue;
+        if (read(out) != s) notes.Add("the option pages read some settings differently; they keep" + out);
+        return out;
+    }
+    throw opt::OptionError("unsettled");
+}
+
 std::string CanonicalCompiler(const opt::CompilerSettings& s, bool c_language, const NoteSink& notes) {
-    std::string out = opt::WriteCompilerOptions(s, c_language);
-    for (int round = 0; round < 4; ++round) {
-        std::string again = opt::WriteCompilerOptions(opt::ReadCompilerSettings(out, c_language), c_language);
-        if (again == out) break;
-        out = again;
-    }
-    if (opt::ReadCompilerSettings(out, c_language) != s) {
-        notes.Add("the option pages read some settings differently; they keep" + out);
-    }
-    return out;
+    return Canonical(
+        s, &opt::CompilerSettings::extras, &opt::CompilerSettings::preprocessor,
+        [c_language](const std::string& text) { return opt::ReadCompilerSettings(text, c_language); },
+        [c_language](const opt::CompilerSettings& settings) { return opt::WriteCompilerOptions(settings, c_language); },
+        notes);
 }
 
 std::string CanonicalAssembler(const opt::AssemblerSettings& a, const NoteSink& notes) {
-    std::string out = opt::WriteAssemblerOptions(a);
-    for (int round = 0; round < 4; ++round) {
-        std::string again = opt::WriteAssemblerOptions(opt::ReadAssemblerSettings(out));
-        if (again == out) break;
-        out = again;
-    }
-    if (opt::ReadAssemblerSettings(out) != a) {
-        notes.Add("the option pages read some settings differently; they keep" + out);
-    }
-    return out;
+    return Canonical(
+        a, &opt::AssemblerSettings::extras, &opt::AssemblerSettings::predefines,
+        [](const std::string& text) { return opt::ReadAssemblerSettings(text); },
+        [](const opt::AssemblerSettings& settings) { return opt::WriteAssemblerOptions(settings); }, notes);
 }
 
 }  // namespace

@@ -34,7 +34,9 @@ TEST(ExportFilter, OnlyTheExactProcessingInstructionIsTaken) {
         std::string failure;
         const bool taken = FilterExport(kDecl + "\n" + c.second_line + "\n<PROJECT/>\n", &out, &failure);
         EXPECT_EQ(c.accepted, taken) << c.name;
-        if (!c.accepted) EXPECT_NE(std::string::npos, failure.find("line 2")) << c.name << ": " << failure;
+        if (!c.accepted) {
+            EXPECT_NE(std::string::npos, failure.find("line 2")) << c.name << ": " << failure;
+        }
     }
 }
 

@@ -40,6 +40,25 @@ public:
             is_directory = true;
         }
     }
+    // "." and ".." resolved and doubled separators dropped, as the system does.
+    std::string FullPath(const std::string& path) override {
+        std::vector<std::string> parts;
+        size_t start = 0;
+        while (start <= path.size()) {
+            size_t end = path.find('\\', start);
+            if (end == std::string::npos) end = path.size();
+            const std::string part = path.substr(start, end - start);
+            if (part == "..") {
+                if (parts.size() > 1) parts.pop_back();
+            } else if (!part.empty() && part != ".") {
+                parts.push_back(part);
+            }
+            start = end + 1;
+        }
+        std::string full;
+        for (const std::string& part : parts) full += (full.empty() ? "" : "\\") + part;
+        return full;
+    }
     bool ReadFile(const std::string& path, std::string* text) override {
         auto it = contents.find(path);
         if (it == contents.end()) return false;
@@ -154,13 +173,13 @@ inline std::string Target(const std::string& name, const std::string& settings) 
     return "<TARGET>\n<NAME>" + name + "</NAME>\n<SETTINGLIST>\n" + settings + "</SETTINGLIST>\n</TARGET>\n";
 }
 
-inline std::string FileRef(const std::string& path, const std::string& access = std::string()) {
+inline std::string FileRefXml(const std::string& path, const std::string& access = std::string()) {
     return "<FILEREF>\n<TARGETNAME>x</TARGETNAME>\n<PATHTYPE>Name</PATHTYPE>\n" +
            (access.empty() ? std::string() : "<ACCESSPATH>" + access + "</ACCESSPATH>\n") + "<PATH>" + path +
            "</PATH>\n<PATHFORMAT>Windows</PATHFORMAT>\n</FILEREF>\n";
 }
 
-inline std::string Group(const std::string& name, const std::string& refs) {
+inline std::string GroupXml(const std::string& name, const std::string& refs) {
     return "<GROUP><NAME>" + name + "</NAME>\n" + refs + "</GROUP>\n";
 }
 
