@@ -97,17 +97,25 @@ int SourceKindFromFileMap(const std::string& file_map, const std::string& path) 
     const size_t dot = base.rfind('.');
     if (dot == std::string::npos) return kKindNone;
     const std::string extension = Lower(base.substr(dot));
-    // The groups in their fixed order: assembler, C, C++.
-    const int kinds[] = {kKindAsm, kKindC, kKindCpp};
+    // A group's kind follows its tool word; a group without a known one
+    // takes its place in the written order: assembler, C, C++. (Imported
+    // maps list the compilers first.)
+    const int by_place[] = {kKindAsm, kKindC, kKindCpp};
     size_t open = file_map.find('(');
-    for (int group = 0; group < 3 && open != std::string::npos; ++group) {
+    for (int group = 0; open != std::string::npos; ++group) {
         const size_t close = file_map.find(')', open);
         const std::string text = file_map.substr(open + 1, close == std::string::npos ? std::string::npos : close - open - 1);
-        const std::string extensions = text.substr(0, text.find('@'));
-        for (size_t start = 0; start <= extensions.size();) {
+        const size_t at = text.find('@');
+        const std::string tool = at == std::string::npos ? std::string() : Lower(text.substr(at + 1));
+        int kind = group < 3 ? by_place[group] : kKindNone;
+        if (tool == "armasm") kind = kKindAsm;
+        else if (tool == "armcc" || tool == "tcc") kind = kKindC;
+        else if (tool == "armcpp" || tool == "tcpp") kind = kKindCpp;
+        const std::string extensions = text.substr(0, at);
+        for (size_t start = 0; start <= extensions.size() && kind != kKindNone;) {
             size_t end = extensions.find("&&", start);
             if (end == std::string::npos) end = extensions.size();
-            if (Lower(extensions.substr(start, end - start)) == extension) return kinds[group];
+            if (Lower(extensions.substr(start, end - start)) == extension) return kind;
             start = end + 2;
         }
         if (close == std::string::npos) break;

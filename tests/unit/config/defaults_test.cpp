@@ -20,7 +20,7 @@ TEST(SimulatorClock, IsWrittenAsPercentLf) {
     EXPECT_EQ(".000000", huge.substr(huge.size() - 7));
 }
 
-TEST(SourceKindFromFileMap, ReadsTheThreeGroupsInTheirOrder) {
+TEST(SourceKindFromFileMap, ReadsEachGroupByItsToolWord) {
     struct Row {
         const char* map;
         const char* path;
@@ -39,6 +39,10 @@ TEST(SourceKindFromFileMap, ReadsTheThreeGroupsInTheirOrder) {
         {"(@armasm),(@tcc),(.c@tcpp)", "main.c", kKindCpp},
         {"(.c@armasm),(.c@armcc),()", "main.c", kKindAsm},
         {"(.s@armasm)", "main.c", kKindNone},
+        // An imported map lists the compilers first and may begin with a comma.
+        {",(.cpp@armcpp),(.c@tcc),(.s@armasm)", "main.c", kKindC},
+        {"(.c@armcc),(.cpp@armcpp),(.s&&.a@armasm)", "start.s", kKindAsm},
+        {"(.c@armcc),(.cpp@armcpp),(.s@armasm)", "util.cpp", kKindCpp},
         {"", "main.c", kKindNone},
     };
     for (const Row& row : rows) EXPECT_EQ(row.kind, SourceKindFromFileMap(row.map, row.path)) << row.map << " " << row.path;
