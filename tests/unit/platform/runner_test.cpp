@@ -11,6 +11,7 @@
 #include <fstream>
 #include <random>
 #include <string>
+#include <mutex>
 #include <thread>
 #include <vector>
 
@@ -276,6 +277,8 @@ TEST(ProcessRunnerTest, ASlowProgramDoesNotHoldUpQuickRunsBesideIt) {
     const auto slow_deadline = Clock::now() + std::chrono::seconds(4);
     std::atomic<int> slow_left{kSlowThreads};
     std::atomic<int> wrong_outputs{0};
+    std::mutex first_wrong_lock;
+    std::string first_wrong;
     std::vector<double> longest(kQuickThreads, 0.0);
     std::vector<int> quick_runs(kQuickThreads, 0);
     std::vector<std::thread> threads;
@@ -287,19 +290,28 @@ TEST(ProcessRunnerTest, ASlowProgramDoesNotHoldUpQuickRunsBesideIt) {
         });
     }
     for (int q = 0; q < kQuickThreads; ++q) {
-        threads.emplace_back([q, &slow_left, &wrong_outputs, &longest, &quick_runs] {
+        threads.emplace_back([q, &slow_left, &wrong_outputs, &first_wrong_lock, &first_wrong, &longest,
+                              &quick_runs] {
             while (slow_left > 0) {
                 const auto start = Clock::now();
                 const RunResult result = RunCommand(Child("--out quick"));
                 const double seconds = std::chrono::duration<double>(Clock::now() - start).count();
-                if (result.output != "quick\n") ++wrong_outputs;
+                if (result.output != "quick\n") {
+                    ++wrong_outputs;
+                    std::lock_guard<std::mutex> lock(first_wrong_lock);
+                    if (first_wrong.empty()) {
+                        first_wrong = "started=" + std::to_string(result.started) + " exit=" +
+                                      std::to_string(result.exit_code) + " error=" + result.error +
+                                      " output=[" + result.output + "]";
+                    }
+                }
                 longest[q] = std::max(longest[q], seconds);
                 ++quick_runs[q];
             }
         });
     }
     for (std::thread& thread : threads) thread.join();
-    EXPECT_EQ(wrong_outputs, 0);
+    EXPECT_EQ(wrong_outputs, 0) << "first: " << first_wrong;
     for (int q = 0; q < kQuickThreads; ++q) {
         EXPECT_GT(quick_runs[q], 0) << "thread " << q;
         // A run whose pipe a slow child shared would last about 2.5 s.
