@@ -107,11 +107,11 @@ struct Setup {
         folder = (std::filesystem::temp_directory_path() /
                   ("ads_import_bench_" + std::to_string(std::random_device()() % 1000000)))
                      .string();
-        p.files->CreateDirectory(folder);
+        p.files->MakeDir(folder);
         std::string error;
         for (int g = 0; g < kGroups; ++g) {
             const std::string sub = folder + "/g" + std::to_string(g);
-            p.files->CreateDirectory(sub);
+            p.files->MakeDir(sub);
             const char* const kExtensions[] = {".c", ".cpp", ".s", ".h"};
             for (int f = 0; f < kFilesPerGroup; ++f) {
                 p.files->WriteFileAtomically(

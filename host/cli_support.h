@@ -135,7 +135,7 @@ public:
 
     // Makes the project's folder the working folder: before every call that
     // hands the plug-in a node of the project.
-    void EnterProject() { platform_.files->SetCurrentDirectory(project_dir_); }
+    void EnterProject() { platform_.files->ChangeDir(project_dir_); }
 
     void Save() {
         std::string error;

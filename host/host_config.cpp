@@ -74,7 +74,7 @@ void MakeFoldersOf(platform::FileSystem& files, const std::string& path) {
         if (folder.back() == ':' || files.IsDirectory(folder)) break;
         missing.push_back(folder);
     }
-    for (size_t i = missing.size(); i-- > 0;) files.CreateDirectory(missing[i]);
+    for (size_t i = missing.size(); i-- > 0;) files.MakeDir(missing[i]);
 }
 
 }  // namespace

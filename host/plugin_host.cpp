@@ -61,10 +61,10 @@ bool PluginHost::Load(const std::string& module_path, std::string* error) {
     std::string previous = fs.CurrentDirectory();
     std::string module_dir = DirectoryOf(module_path);
     // The plug-in loads "Build\OrvMake.dll" relative to the working folder.
-    fs.SetCurrentDirectory(module_dir);
+    fs.ChangeDir(module_dir);
     module_ = platform_.libraries->Load(module_path);
     uint32_t load_error = module_ ? 0 : platform_.libraries->LastError();
-    fs.SetCurrentDirectory(previous);
+    fs.ChangeDir(previous);
     if (module_ == nullptr) {
         *error = module_path + ": cannot load the plug-in (system error " + std::to_string(load_error) + ")";
         return false;

@@ -160,7 +160,7 @@ std::string BuildEngine::ExpandIncludeSwitches(const BuildContext& c, const char
 }
 
 void BuildEngine::ScanDependencies(const BuildContext& c, const std::string& compiler, const std::string& source) {
-    platform_->files->SetCurrentDirectory(c.project_dir);
+    platform_->files->ChangeDir(c.project_dir);
     config::ToolRun run = host_->RunTool(compiler + " -M \"" + source + "\"", 8000);
     if (!run.ok || run.exit_code != 0) return;
     std::set<std::string>& set = dependencies_[source];
@@ -181,7 +181,7 @@ void BuildEngine::ScanDependencies(const BuildContext& c, const std::string& com
 }
 
 bool BuildEngine::FileCommand(const BuildContext& c, ConfigNode* file, std::string* text) {
-    uint32_t error = platform_->files->CreateDirectory(c.project_dir + c.target);
+    uint32_t error = platform_->files->MakeDir(c.project_dir + c.target);
     if (error != 0 && error != platform::kErrorAlreadyExists) Write(kCreateFolderFailed);
 
     int type = FileTypeOf(file);

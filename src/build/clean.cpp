@@ -10,11 +10,11 @@ void BuildEngine::Clean(const BuildContext& c) {
     std::string project = Text(c.project_root, "Name");
     std::string report = Format("--------------Deleting intermediate files: %s - %s-------------\r\n",
                                 project.c_str(), c.target.c_str());
-    platform_->files->SetCurrentDirectory(c.project_dir);
+    platform_->files->ChangeDir(c.project_dir);
     auto remove = [&](const std::string& path) {
         if (!platform_->files->PathExists(path)) return;
         std::string message;
-        if (platform_->files->DeleteFile(path, &message) == 0) return;
+        if (platform_->files->RemoveFile(path, &message) == 0) return;
         report += "Error: Could not delete file \"" + path + "\" : " + message;
     };
     // An object that is its own source file is not the build's to delete.

@@ -70,7 +70,7 @@ void BuildEngine::RunFromElf(const BuildContext& c) {
     }
     // fromelf reads the image named last on its command line.
     command += " \"" + application_file_ + "\"";
-    platform_->files->SetCurrentDirectory(c.project_dir);
+    platform_->files->ChangeDir(c.project_dir);
     config::ToolRun run = host_->RunTool(command, 8000);
     if (run.ok && run.exit_code == 0) {
         Write(Format("\n\nTranslation to %s format successful.", extension.c_str()));
@@ -88,7 +88,7 @@ void BuildEngine::RunBatchFile(const BuildContext& c) {
     if (std::sscanf(value.c_str(), "%d,%[^)])", &flag, text.data()) != 2 || flag != 1) return;
     std::string command = text.data() + 1;
     Write(Format("\n\nUser Command:%s\r\n", command.c_str()));
-    platform_->files->SetCurrentDirectory(c.project_dir);
+    platform_->files->ChangeDir(c.project_dir);
     config::ToolRun run = host_->RunTool(command, 8000);
     if (run.exit_code == 0 && run.ok) {
         Write(run.output);

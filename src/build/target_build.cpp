@@ -23,7 +23,7 @@ std::string ProjectName(const ConfigNode* root) { return Text(root, "Name"); }
 
 int BuildEngine::CompileFile(const BuildContext& c, ConfigNode* file) {
     if (!c.tools.found) {
-        platform_->ui->MessageBox(kNoToolsForCompile, "ADS");
+        platform_->ui->ShowMessage(kNoToolsForCompile, "ADS");
         return 0;
     }
     if (file == nullptr) return 0;
@@ -44,7 +44,7 @@ int BuildEngine::CompileFile(const BuildContext& c, ConfigNode* file) {
     if (c.configuration == nullptr) return 0;
     int32_t type = 0;
     const char* type_text = file->GetAttributeInt("FileType", &type);
-    platform_->files->SetCurrentDirectory(c.project_dir);
+    platform_->files->ChangeDir(c.project_dir);
 
     if (type_text == nullptr || type != 2) {
         // C and C++ files: the host translates them, asking for the command.
@@ -81,7 +81,7 @@ int BuildEngine::CompileFile(const BuildContext& c, ConfigNode* file) {
     }
     command = ReplaceAll(command, "$(ADS_PARAM)", option_string);
     std::string line = c.tools.paths[kExeArmasm] + " -g " + IncludeSwitches(c, true) + command;
-    uint32_t error = platform_->files->CreateDirectory(c.project_dir + c.target);
+    uint32_t error = platform_->files->MakeDir(c.project_dir + c.target);
     if (error != 0 && error != platform::kErrorAlreadyExists) Write(kCreateFolderFailed);
     // The assembler's output is read through a 1024-byte buffer: the rest
     // is lost.
@@ -177,9 +177,9 @@ int BuildEngine::BuildTarget(const BuildContext& c, uintptr_t arg) {
             config::EditNode(*host_, c.configuration, [](ConfigNode* e) { e->SetAttributeInt("ADS_ReBuild", 0); });
         }
     }
-    platform_->files->SetCurrentDirectory(c.project_dir);
+    platform_->files->ChangeDir(c.project_dir);
     if (!c.tools.found) {
-        platform_->ui->MessageBox(kNoToolsForBuild, "ADS");
+        platform_->ui->ShowMessage(kNoToolsForBuild, "ADS");
         return 0;
     }
     parser_->ResetCounters();
@@ -192,7 +192,7 @@ int BuildEngine::BuildTarget(const BuildContext& c, uintptr_t arg) {
     std::string output_dir = Text(c.configuration, "ADS_OUTPUT_DIR");
     std::string image;
     if (!output_dir.empty() && output_dir != "{Project}") {
-        uint32_t error = platform_->files->CreateDirectory(output_dir);
+        uint32_t error = platform_->files->MakeDir(output_dir);
         if (error != 0 && error != platform::kErrorAlreadyExists) Write(kCreateFolderFailed);
         image = output_dir + "\\" + project + ".axf";
     } else {

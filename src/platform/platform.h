@@ -60,11 +60,11 @@ public:
     virtual bool IsDirectory(const std::string& path) = 0;
     // 0 on success, else the system error code (kErrorAlreadyExists when
     // the directory is there already).
-    virtual uint32_t CreateDirectory(const std::string& path) = 0;
+    virtual uint32_t MakeDir(const std::string& path) = 0;
     // 0 on success, else the system error code; *message receives the
     // system's own text for it, line end included.
-    virtual uint32_t DeleteFile(const std::string& path, std::string* message) = 0;
-    virtual bool SetCurrentDirectory(const std::string& path) = 0;
+    virtual uint32_t RemoveFile(const std::string& path, std::string* message) = 0;
+    virtual bool ChangeDir(const std::string& path) = 0;
     virtual std::string CurrentDirectory() = 0;
     // GetFullPathNameA: the absolute form of the path, "." and ".." removed.
     virtual std::string FullPath(const std::string& path) = 0;
@@ -91,7 +91,7 @@ public:
     // A message box with an OK button. When the environment variable
     // ORVANE_HEADLESS is set, and always on POSIX, the text goes to standard
     // error instead.
-    virtual void MessageBox(const std::string& text, const std::string& caption) = 0;
+    virtual void ShowMessage(const std::string& text, const std::string& caption) = 0;
 };
 
 class Environment {

@@ -581,7 +581,7 @@ bool RegistryFile::Save(const reg_file::Document& doc) {
         if (folder.back() == ':' || files_.IsDirectory(folder)) break;
         missing.push_back(folder);
     }
-    for (size_t i = missing.size(); i-- > 0;) files_.CreateDirectory(missing[i]);
+    for (size_t i = missing.size(); i-- > 0;) files_.MakeDir(missing[i]);
     std::string error;
     if (!files_.WriteFileAtomically(path_, Format(doc), &error)) {
         last_error_ = error;

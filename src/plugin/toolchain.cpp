@@ -78,7 +78,7 @@ bool Toolchain::LocateTools() {
     std::string candidate;
     for (const std::string& dir : candidates_ ? candidates_() : std::vector<std::string>()) {
         // The directory stays the current one, also when the search goes on.
-        files.SetCurrentDirectory(dir);
+        files.ChangeDir(dir);
         std::vector<platform::DirectoryEntry> entries;
         if (!files.ListDirectory(dir, &entries)) continue;
         // Deliberate: the listing's last entry is never examined; it is the

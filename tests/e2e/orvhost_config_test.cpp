@@ -66,8 +66,8 @@ protected:
     // ADS/Bin with the tools, recorded in the registry as the installer does.
     std::string InstallAds() {
         const std::string home = Path("ADS");
-        EXPECT_EQ(0u, fs().CreateDirectory(home));
-        EXPECT_EQ(0u, fs().CreateDirectory(home + "/Bin"));
+        EXPECT_EQ(0u, fs().MakeDir(home));
+        EXPECT_EQ(0u, fs().MakeDir(home + "/Bin"));
         MakeTools(home + "/Bin");
         Write(registry,
               "REGEDIT4\r\n\r\n"
@@ -115,8 +115,8 @@ TEST_F(OrvhostConfigTest, WithNothingRecordedShowSaysNotFound) {
 }
 
 TEST_F(OrvhostConfigTest, SetAdsHomeRecordsTheInstallationAsTheInstallerWould) {
-    ASSERT_EQ(0u, fs().CreateDirectory(Path("ADS")));
-    ASSERT_EQ(0u, fs().CreateDirectory(Path("ADS/Bin")));
+    ASSERT_EQ(0u, fs().MakeDir(Path("ADS")));
+    ASSERT_EQ(0u, fs().MakeDir(Path("ADS/Bin")));
     MakeTools(Path("ADS/Bin"));
     Outcome r = Orvhost({"config", "set-ads-home", "ADS"});
     ASSERT_EQ(0, r.status) << r.output;
@@ -142,7 +142,7 @@ TEST_F(OrvhostConfigTest, SetAdsHomeRecordsTheInstallationAsTheInstallerWould) {
 
 TEST_F(OrvhostConfigTest, SetAdsHomeKeepsTheRecordedVersionUnlessToldOtherwise) {
     InstallAds();
-    ASSERT_EQ(0u, fs().CreateDirectory(Path("Other")));
+    ASSERT_EQ(0u, fs().MakeDir(Path("Other")));
     ASSERT_EQ(0, Orvhost({"config", "set-ads-home", "Other"}).status);
     EXPECT_NE(std::string::npos, Read(registry).find("ARM Developer Suite\\v1.2]\r\n\"ARMHOME\"=\"" +
                                                      RegText(fs().FullPath(Path("Other"))) + "\""))
@@ -153,7 +153,7 @@ TEST_F(OrvhostConfigTest, SetAdsHomeKeepsTheRecordedVersionUnlessToldOtherwise) 
 
 TEST_F(OrvhostConfigTest, SetToolsDirMakesTheFolderTheFirstCandidate) {
     InstallAds();  // the registry's installation loses to the configured folder
-    ASSERT_EQ(0u, fs().CreateDirectory(Path("Tools")));
+    ASSERT_EQ(0u, fs().MakeDir(Path("Tools")));
     MakeTools(Path("Tools"));
     // Two names hold "armcc.exe": whichever the system lists last, the other
     // one is examined.
@@ -174,7 +174,7 @@ TEST_F(OrvhostConfigTest, AMalformedRegistryFileIsNamedWithItsLineAndLeftAlone) 
         "REGEDIT4\r\n\r\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\ARM Limited\\ARM Developer Suite\\CurrentVersion]\r\n"
         "@=\"C:\\ARM\"\r\n";
     Write(registry, broken);
-    ASSERT_EQ(0u, fs().CreateDirectory(Path("ADS")));
+    ASSERT_EQ(0u, fs().MakeDir(Path("ADS")));
     for (const std::vector<std::string>& args :
          {std::vector<std::string>{"config", "show"}, std::vector<std::string>{"config", "set-ads-home", "ADS"}}) {
         Outcome r = Orvhost(args);

@@ -60,7 +60,7 @@ TEST_F(OrvhostTest, NewAddTargetAddFileAndShow) {
     ASSERT_TRUE(fs().FileExists(Path("demo.orv")));
     ASSERT_EQ(0, Orvhost({"add-target", "demo.orv", "Debug"}).status);
     ASSERT_EQ(0, Orvhost({"add-target", "demo.orv", "Release \xE9t\xE9 \"2\""}).status);
-    fs().CreateDirectory(Path("src"));
+    fs().MakeDir(Path("src"));
     Write("src/main.c", "int main(void) { return 0; }\n");
     Write("start.s", "  AREA x\n");
     r = Orvhost({"add-file", "demo.orv", "src/main.c", "--group", "Sources/C"});

@@ -71,14 +71,14 @@ public:
     bool FileExists(const std::string& path) override { return files.count(path) > 0; }
     bool PathExists(const std::string& path) override { return files.count(path) > 0 || listings.count(path) > 0; }
     bool IsDirectory(const std::string& path) override { return listings.count(path) > 0; }
-    uint32_t CreateDirectory(const std::string& path) override {
+    uint32_t MakeDir(const std::string& path) override {
         created.push_back(path);
         if (listings.count(path)) return platform::kErrorAlreadyExists;
         if (create_error != 0) return create_error;
         listings[path];
         return 0;
     }
-    uint32_t DeleteFile(const std::string& path, std::string* message) override {
+    uint32_t RemoveFile(const std::string& path, std::string* message) override {
         if (read_only.count(path)) {
             if (message) *message = "Access is denied.\r\n";
             return platform::kErrorAccessDenied;
@@ -87,7 +87,7 @@ public:
         if (message) *message = "The system cannot find the file specified.\r\n";
         return platform::kErrorFileNotFound;
     }
-    bool SetCurrentDirectory(const std::string& path) override {
+    bool ChangeDir(const std::string& path) override {
         cwd_history.push_back(path);
         cwd = path;
         return true;
@@ -118,7 +118,7 @@ public:
 class FakeUi : public platform::UserInterface {
 public:
     std::vector<std::string> messages;
-    void MessageBox(const std::string& text, const std::string&) override { messages.push_back(text); }
+    void ShowMessage(const std::string& text, const std::string&) override { messages.push_back(text); }
 };
 
 class FakeEnvironment : public platform::Environment {

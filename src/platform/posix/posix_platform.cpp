@@ -200,14 +200,14 @@ public:
         return StatPath(path, &info) && S_ISDIR(info.st_mode);
     }
 
-    uint32_t CreateDirectory(const std::string& path) override {
+    uint32_t MakeDir(const std::string& path) override {
         if (path.empty()) return kErrorPathNotFound;
         if (::mkdir(SystemPath(path).c_str(), 0777) == 0) return 0;
         // mkdir reports a missing parent folder: a path, not a file.
         return WindowsCode(errno, kErrorPathNotFound);
     }
 
-    uint32_t DeleteFile(const std::string& path, std::string* message) override {
+    uint32_t RemoveFile(const std::string& path, std::string* message) override {
         const std::string system_path = SystemPath(path);
         struct stat info;
         // Windows will not delete a read-only file; unlink would.
@@ -225,7 +225,7 @@ public:
         return WindowsCode(error, kErrorFileNotFound);
     }
 
-    bool SetCurrentDirectory(const std::string& path) override {
+    bool ChangeDir(const std::string& path) override {
         return !path.empty() && ::chdir(SystemPath(path).c_str()) == 0;
     }
 
@@ -381,7 +381,7 @@ public:
 
 class StandardErrorUserInterface final : public UserInterface {
 public:
-    void MessageBox(const std::string& text, const std::string& caption) override {
+    void ShowMessage(const std::string& text, const std::string& caption) override {
         const std::string line = caption + ": " + text + "\n";
         std::fwrite(line.data(), 1, line.size(), stderr);
         std::fflush(stderr);

@@ -3,11 +3,6 @@
 #define WIN32_LEAN_AND_MEAN
 #define NOMINMAX
 #include <windows.h>
-// windows.h maps these names to their A/W forms; they are method names here.
-#undef MessageBox
-#undef CreateDirectory
-#undef DeleteFile
-#undef SetCurrentDirectory
 
 #include "platform/platform.h"
 #include "platform/registry.h"
@@ -84,11 +79,11 @@ public:
         return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY);
     }
 
-    uint32_t CreateDirectory(const std::string& path) override {
+    uint32_t MakeDir(const std::string& path) override {
         return ::CreateDirectoryA(path.c_str(), nullptr) ? 0 : ::GetLastError();
     }
 
-    uint32_t DeleteFile(const std::string& path, std::string* message) override {
+    uint32_t RemoveFile(const std::string& path, std::string* message) override {
         if (::DeleteFileA(path.c_str())) {
             if (message) message->clear();
             return 0;
@@ -98,7 +93,7 @@ public:
         return code;
     }
 
-    bool SetCurrentDirectory(const std::string& path) override {
+    bool ChangeDir(const std::string& path) override {
         return ::SetCurrentDirectoryA(path.c_str()) != 0;
     }
 
@@ -276,7 +271,7 @@ bool Headless() { return ::GetEnvironmentVariableA("ORVANE_HEADLESS", nullptr, 0
 
 class Win32UserInterface final : public UserInterface {
 public:
-    void MessageBox(const std::string& text, const std::string& caption) override {
+    void ShowMessage(const std::string& text, const std::string& caption) override {
         if (Headless()) {
             const std::string line = caption + ": " + text + "\n";
             std::fwrite(line.data(), 1, line.size(), stderr);

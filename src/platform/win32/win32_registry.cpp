@@ -3,10 +3,6 @@
 #define WIN32_LEAN_AND_MEAN
 #define NOMINMAX
 #include <windows.h>
-#undef MessageBox
-#undef CreateDirectory
-#undef DeleteFile
-#undef SetCurrentDirectory
 
 #include "platform/registry.h"
 

@@ -10,10 +10,6 @@
 #define WIN32_LEAN_AND_MEAN
 #define NOMINMAX
 #include <windows.h>
-#undef MessageBox
-#undef CreateDirectory
-#undef DeleteFile
-#undef SetCurrentDirectory
 
 #include "platform/platform.h"
 #include "platform/win32/win32_backend.h"

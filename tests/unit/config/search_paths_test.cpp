@@ -139,7 +139,7 @@ TEST(ExpandEntryOnDisk, WalksARealTreeInTheSameOrder) {
     platform::FileSystem& fs = *platform::System().files;
     platform::test_support::TempFolder folder;
     const std::string root = folder.path();
-    for (const char* sub : {"/b", "/A", "/A/x", "/c"}) ASSERT_EQ(0u, fs.CreateDirectory(root + sub));
+    for (const char* sub : {"/b", "/A", "/A/x", "/c"}) ASSERT_EQ(0u, fs.MakeDir(root + sub));
     PathMacros m;
     m.project = root + "/";
     EXPECT_EQ(root + "/;" + root + "/A;" + root + "/A\\x;" + root + "/b;" + root + "/c;",

@@ -127,7 +127,7 @@ TEST(DependencyFile, AMissingOrUnreadableFileIsAnEmptyRecordAndSavingReplacesIt)
 
     // A folder where the file should be: cannot be written, and says where.
     const std::string blocked = folder.path() + "/blocked.orv";
-    ASSERT_EQ(0u, fs.CreateDirectory(DependencyFilePath(blocked)));
+    ASSERT_EQ(0u, fs.MakeDir(DependencyFilePath(blocked)));
     EXPECT_FALSE(SaveDependencies(fs, DependencyFilePath(blocked), file, &error));
     EXPECT_NE(std::string::npos, error.find(DependencyFilePath(blocked))) << error;
     EXPECT_FALSE(LoadDependencies(fs, DependencyFilePath(blocked), &back));

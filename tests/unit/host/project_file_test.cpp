@@ -531,15 +531,15 @@ public:
         return files.count(path) != 0 || directories.count(path) != 0;
     }
     bool IsDirectory(const std::string& path) override { return directories.count(path) != 0; }
-    uint32_t CreateDirectory(const std::string& path) override {
+    uint32_t MakeDir(const std::string& path) override {
         return directories.insert(path).second ? 0 : platform::kErrorAlreadyExists;
     }
-    uint32_t DeleteFile(const std::string& path, std::string* message) override {
+    uint32_t RemoveFile(const std::string& path, std::string* message) override {
         if (files.erase(path) != 0) return 0;
         if (message != nullptr) *message = "The file is not there.\r\n";
         return platform::kErrorFileNotFound;
     }
-    bool SetCurrentDirectory(const std::string&) override { return false; }
+    bool ChangeDir(const std::string&) override { return false; }
     std::string CurrentDirectory() override { return "/"; }
     std::string FullPath(const std::string& path) override { return path; }
     bool ListDirectory(const std::string&, std::vector<platform::DirectoryEntry>*) override { return false; }

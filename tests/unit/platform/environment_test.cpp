@@ -26,7 +26,7 @@ TEST(EnvironmentTest, SetVariablesReadBackAndUnsetOnesAreMissing) {
 TEST(UserInterfaceTest, HeadlessMessageBoxGoesToStandardErrorAsCaptionAndText) {
     System().environment->Set("ORVANE_HEADLESS", "1");
     ::testing::internal::CaptureStderr();
-    System().ui->MessageBox("Cannot find OrvMake.dll", "ADS");
+    System().ui->ShowMessage("Cannot find OrvMake.dll", "ADS");
     EXPECT_EQ(::testing::internal::GetCapturedStderr(), "ADS: Cannot find OrvMake.dll\n");
 }
 

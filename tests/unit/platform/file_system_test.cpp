@@ -79,23 +79,23 @@ TEST_F(FileSystemTest, TellsFilesFoldersAndMissingPathsApart) {
 }
 
 TEST_F(FileSystemTest, CreateDirectoryReportsWhatStoppedIt) {
-    EXPECT_EQ(files_.CreateDirectory(folder_ / "new"), 0u);
+    EXPECT_EQ(files_.MakeDir(folder_ / "new"), 0u);
     EXPECT_TRUE(fs::is_directory(folder_.native() / "new"));
-    EXPECT_EQ(files_.CreateDirectory(folder_ / "new"), kErrorAlreadyExists);
-    EXPECT_EQ(files_.CreateDirectory(folder_ / "file.txt"), kErrorAlreadyExists);
+    EXPECT_EQ(files_.MakeDir(folder_ / "new"), kErrorAlreadyExists);
+    EXPECT_EQ(files_.MakeDir(folder_ / "file.txt"), kErrorAlreadyExists);
     // ERROR_PATH_NOT_FOUND: the parent folder is missing.
-    EXPECT_EQ(files_.CreateDirectory(folder_ / "missing\\new"), 3u);
+    EXPECT_EQ(files_.MakeDir(folder_ / "missing\\new"), 3u);
 }
 
 TEST_F(FileSystemTest, DeleteFileRemovesTheFile) {
     std::string message = "stale";
-    EXPECT_EQ(files_.DeleteFile(folder_ / "file.txt", &message), 0u);
+    EXPECT_EQ(files_.RemoveFile(folder_ / "file.txt", &message), 0u);
     EXPECT_FALSE(fs::exists(folder_.native() / "file.txt"));
 }
 
 TEST_F(FileSystemTest, DeleteFileOfAMissingFileGivesFileNotFoundAndTheSystemText) {
     std::string message;
-    EXPECT_EQ(files_.DeleteFile(folder_ / "missing.txt", &message), kErrorFileNotFound);
+    EXPECT_EQ(files_.RemoveFile(folder_ / "missing.txt", &message), kErrorFileNotFound);
     ASSERT_GT(message.size(), 2u);
     EXPECT_EQ(message.substr(message.size() - 2), "\r\n");
 }
@@ -103,7 +103,7 @@ TEST_F(FileSystemTest, DeleteFileOfAMissingFileGivesFileNotFoundAndTheSystemText
 TEST_F(FileSystemTest, DeleteFileRefusesAReadOnlyFileAsWindowsDoes) {
     MakeReadOnly(folder_.native() / "file.txt");
     std::string message;
-    EXPECT_EQ(files_.DeleteFile(folder_ / "file.txt", &message), kErrorAccessDenied);
+    EXPECT_EQ(files_.RemoveFile(folder_ / "file.txt", &message), kErrorAccessDenied);
     EXPECT_TRUE(fs::exists(folder_.native() / "file.txt"));
     ASSERT_GT(message.size(), 2u);
     EXPECT_EQ(message.substr(message.size() - 2), "\r\n");
@@ -149,18 +149,18 @@ TEST_F(FileSystemTest, ListingAnEmptyFolderSucceedsAndAMissingOneFails) {
 TEST_F(FileSystemTest, CurrentDirectoryFollowsSetCurrentDirectory) {
     const std::string before = files_.CurrentDirectory();
     ASSERT_FALSE(before.empty());
-    ASSERT_TRUE(files_.SetCurrentDirectory(folder_ / "sub"));
+    ASSERT_TRUE(files_.ChangeDir(folder_ / "sub"));
     const std::string inside = files_.CurrentDirectory();
-    EXPECT_FALSE(files_.SetCurrentDirectory(folder_ / "missing"));
+    EXPECT_FALSE(files_.ChangeDir(folder_ / "missing"));
     const std::string after_failure = files_.CurrentDirectory();
-    ASSERT_TRUE(files_.SetCurrentDirectory(before));
+    ASSERT_TRUE(files_.ChangeDir(before));
     EXPECT_TRUE(fs::equivalent(inside, folder_.native() / "sub")) << inside;
     EXPECT_EQ(after_failure, inside);
 }
 
 TEST_F(FileSystemTest, FullPathResolvesDotsAgainstTheCurrentDirectory) {
     const std::string before = files_.CurrentDirectory();
-    ASSERT_TRUE(files_.SetCurrentDirectory(folder_.path()));
+    ASSERT_TRUE(files_.ChangeDir(folder_.path()));
     const std::string base = files_.CurrentDirectory();
     auto under = [&](const std::string& tail) {
         std::string path = base + kSeparator + tail;
@@ -183,7 +183,7 @@ TEST_F(FileSystemTest, FullPathResolvesDotsAgainstTheCurrentDirectory) {
     };
     std::vector<std::string> got;
     for (const auto& row : rows) got.push_back(files_.FullPath(row.path));
-    ASSERT_TRUE(files_.SetCurrentDirectory(before));
+    ASSERT_TRUE(files_.ChangeDir(before));
     for (size_t i = 0; i < got.size(); ++i) EXPECT_EQ(got[i], rows[i].full) << rows[i].name;
 }
 

@@ -42,9 +42,9 @@ TEST(LibrariesTest, ARelativeNameIsFoundInTheProgramsFolder) {
     FileSystem& files = *System().files;
     TempFolder elsewhere;
     const std::string ours = files.CurrentDirectory();
-    ASSERT_TRUE(files.SetCurrentDirectory(elsewhere.path()));
+    ASSERT_TRUE(files.ChangeDir(elsewhere.path()));
     LibraryHandle module = libraries.Load("ads_test_module.dll");
-    ASSERT_TRUE(files.SetCurrentDirectory(ours));
+    ASSERT_TRUE(files.ChangeDir(ours));
     ASSERT_NE(module, nullptr) << "error " << libraries.LastError();
     EXPECT_NE(libraries.Symbol(module, "ads_test_module_answer"), nullptr);
     EXPECT_TRUE(libraries.Free(module));

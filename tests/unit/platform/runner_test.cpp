@@ -181,10 +181,10 @@ TEST(ProcessRunnerTest, ARelativeProgramPathCountsFromOurFolderNotTheChilds) {
     TempFolder folder;
     FileSystem& files = *System().files;
     const std::string ours = files.CurrentDirectory();
-    ASSERT_TRUE(files.SetCurrentDirectory(files.ExecutableDirectory()));
+    ASSERT_TRUE(files.ChangeDir(files.ExecutableDirectory()));
     const RunResult result =
         RunCommand(std::string(".\\ads_test_child") + test_support::kExecutableSuffix + " --cwd", folder.path());
-    ASSERT_TRUE(files.SetCurrentDirectory(ours));
+    ASSERT_TRUE(files.ChangeDir(ours));
     ASSERT_TRUE(result.started) << result.error;
     EXPECT_TRUE(fs::equivalent(PrintedDirectory(result.output), folder.native())) << result.output;
 }
@@ -195,10 +195,10 @@ TEST(ProcessRunnerTest, ABareProgramNameIsFoundBesideOurProgram) {
     TempFolder folder;
     FileSystem& files = *System().files;
     const std::string ours = files.CurrentDirectory();
-    ASSERT_TRUE(files.SetCurrentDirectory(folder.path()));
+    ASSERT_TRUE(files.ChangeDir(folder.path()));
     const RunResult result =
         RunCommand(std::string("ads_test_child") + test_support::kExecutableSuffix + " --out found");
-    ASSERT_TRUE(files.SetCurrentDirectory(ours));
+    ASSERT_TRUE(files.ChangeDir(ours));
     ASSERT_TRUE(result.started) << result.error;
     EXPECT_EQ(result.output, "found\n");
 }
