@@ -151,29 +151,9 @@ bool SamePages(const Settings& a, const Settings& b) {
 enum class Family { kArmC, kThumbC, kArmCpp, kThumbCpp, kArmAsm };
 constexpr int kFamilyCount = 5;
 
-// Slots of the four compiler families.
-enum CompilerSlot : int {
-    kCcTar = 0,
-    kCcAtpcs = 1,
-    kCcWarnings = 2,
-    kCcErrors = 3,
-    kCcDebugOpt = 4,
-    kCcCodeGen = 5,
-    kCcPrePro = 6,
-    kCcExtras = 7,
-};
-
-// Slots of the assembler.
-enum AssemblerSlot : int {
-    kAsmTar = 0,
-    kAsmAtpcs = 1,
-    kAsmOpt = 2,
-    kAsmLc = 3,
-    kAsmLcPg1 = 4,
-    kAsmLcPg2 = 5,
-    kAsmPds = 6,
-    kAsmEts = 7,
-};
+// Slots of the four compiler families and of the assembler, in page-state sets.
+enum CompilerSlot : int { kCcTar, kCcAtpcs, kCcWarnings, kCcErrors, kCcDebugOpt, kCcCodeGen, kCcPrePro, kCcExtras };
+enum AssemblerSlot : int { kAsmTar, kAsmAtpcs, kAsmOpt, kAsmLc, kAsmLcPg1, kAsmLcPg2, kAsmPds, kAsmEts };
 
 inline constexpr char kCompilerStatesNode[] = "ADS_CParam";
 inline constexpr char kAssemblerStatesNode[] = "ADS_AsmParam";
