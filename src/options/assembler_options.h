@@ -1,6 +1,7 @@
 // The switches of the assembler armasm and its pages: reading an option
 // string into page states, laying a target's states over them, writing the
-// switches back in their fixed order, and the predefined variables.
+// switches back in their fixed order, and the predefined variables. Each page
+// is one table of rows, as for the compilers.
 #pragma once
 
 #include <array>

@@ -60,10 +60,8 @@ CompilerSettings ReadCompilerSettings(const std::string& s, bool c_language, con
     // wherever it stands, and where the "+" stands in the list is not looked at.
     r.warnings[kWarnNone] = Contains(s, " -W ") ? 1 : 0;
     r.warnings[kWarnAll] = Contains(s, " -fx ") ? 1 : 0;
-    const std::optional<std::string> warning_letters = ValueAfter(s, " -W");
-    ReadLetterRows(PageOf(CompilerPage::kWarnings), warning_letters ? &*warning_letters : nullptr, r.warnings.data());
-    const std::optional<std::string> error_letters = ValueAfter(s, " -E");
-    ReadLetterRows(PageOf(CompilerPage::kErrors), error_letters ? &*error_letters : nullptr, r.errors.data());
+    ReadLetterRows(PageOf(CompilerPage::kWarnings), ValueAfter(s, " -W"), r.warnings.data());
+    ReadLetterRows(PageOf(CompilerPage::kErrors), ValueAfter(s, " -E"), r.errors.data());
 
     // Debug/Opt: the level is found without its blank, the lowest first, and
     // stays -1 without one.

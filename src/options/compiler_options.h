@@ -2,8 +2,9 @@
 // pages: reading an option string into page states, laying a target's states
 // over them, and writing the switches back in their one fixed order.
 //
-// The C and C++ families differ only in the source-language combo; the
-// `c_language` flag is set for armcc and tcc.
+// Each page is one table of rows below; the reader and the writer hold only
+// what the tables cannot say. The C and C++ families differ only in the
+// source-language combo; the `c_language` flag is set for armcc and tcc.
 #pragma once
 
 #include <array>

@@ -69,11 +69,11 @@ void ReadPlainRows(const PageTable& page, const std::string& options, int* value
     }
 }
 
-void ReadLetterRows(const PageTable& page, const std::string* letters, int* values) {
+void ReadLetterRows(const PageTable& page, const std::optional<std::string>& letters, int* values) {
     for (int i = 0; i < page.row_count; ++i) {
         const OptionRow& row = page.rows[i];
         if (row.letter == 0) continue;
-        const bool listed = letters != nullptr && letters->find(row.letter) != std::string::npos;
+        const bool listed = letters && letters->find(row.letter) != std::string::npos;
         values[row.position] = listed != row.on_by_default ? 1 : 0;
     }
 }

@@ -14,6 +14,7 @@
 
 #include <array>
 #include <cstddef>
+#include <optional>
 #include <string>
 
 namespace ads::options {
@@ -123,7 +124,7 @@ void ReadPlainRows(const PageTable& page, const std::string& options, std::array
 // The letter rows of a page from the letters of a " -W" or " -E" list (none
 // when the switch is absent): a row on by default is 0 when its letter is
 // listed, a row off by default is 1 when listed.
-void ReadLetterRows(const PageTable& page, const std::string* letters, int* values);
+void ReadLetterRows(const PageTable& page, const std::optional<std::string>& letters, int* values);
 
 // The letters, taken in the order of `order`, of the rows whose value
 // differs from their default: 0 for a row on by default, anything but 0 for
