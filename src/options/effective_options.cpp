@@ -5,38 +5,36 @@
 
 namespace ads::options {
 
-const char* ToolName(Tool tool) {
-    switch (tool) {
-        case Tool::kArmasm: return "armasm";
-        case Tool::kArmcc: return "armcc";
-        case Tool::kArmcpp: return "armcpp";
-        case Tool::kTcc: return "tcc";
-        case Tool::kTcpp: return "tcpp";
+namespace {
+
+struct ToolEntry {
+    Tool tool;
+    const char* name;
+    const char* tool_wide_key;
+    Family family;
+};
+constexpr ToolEntry kTools[] = {
+    {Tool::kArmasm, "armasm", "ADS_GArmAsmParam", Family::kArmAsm},
+    {Tool::kArmcc, "armcc", "ADS_GArmCCParam", Family::kArmC},
+    {Tool::kArmcpp, "armcpp", "ADS_GArmCppParam", Family::kArmCpp},
+    {Tool::kTcc, "tcc", "ADS_GThmCCParam", Family::kThumbC},
+    {Tool::kTcpp, "tcpp", "ADS_GThmCppParam", Family::kThumbCpp},
+};
+
+// A number that names no tool has no name and no tool-wide key.
+const ToolEntry& EntryOf(Tool tool) {
+    static constexpr ToolEntry kNoTool = {Tool{}, "", "", Family::kArmC};
+    for (const ToolEntry& entry : kTools) {
+        if (entry.tool == tool) return entry;
     }
-    return "";
+    return kNoTool;
 }
 
-const char* ToolWideKey(Tool tool) {
-    switch (tool) {
-        case Tool::kArmasm: return "ADS_GArmAsmParam";
-        case Tool::kArmcc: return "ADS_GArmCCParam";
-        case Tool::kArmcpp: return "ADS_GArmCppParam";
-        case Tool::kTcc: return "ADS_GThmCCParam";
-        case Tool::kTcpp: return "ADS_GThmCppParam";
-    }
-    return "";
-}
+}  // namespace
 
-Family FamilyOf(Tool tool) {
-    switch (tool) {
-        case Tool::kArmasm: return Family::kArmAsm;
-        case Tool::kArmcc: return Family::kArmC;
-        case Tool::kArmcpp: return Family::kArmCpp;
-        case Tool::kTcc: return Family::kThumbC;
-        case Tool::kTcpp: return Family::kThumbCpp;
-    }
-    return Family::kArmC;
-}
+const char* ToolName(Tool tool) { return EntryOf(tool).name; }
+const char* ToolWideKey(Tool tool) { return EntryOf(tool).tool_wide_key; }
+Family FamilyOf(Tool tool) { return EntryOf(tool).family; }
 
 bool IsCCompiler(Tool tool) { return tool == Tool::kArmcc || tool == Tool::kTcc; }
 

@@ -2,6 +2,7 @@
 add_library(ads_options STATIC
   ${CMAKE_CURRENT_LIST_DIR}/option_text.cpp
   ${CMAKE_CURRENT_LIST_DIR}/option_tables.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/option_rows.cpp
   ${CMAKE_CURRENT_LIST_DIR}/page_state.cpp
   ${CMAKE_CURRENT_LIST_DIR}/compiler_options.cpp
   ${CMAKE_CURRENT_LIST_DIR}/assembler_options.cpp

@@ -1,9 +1,9 @@
 // Page states and where they are kept.
 //
 // A PageState is one settings page's controls as decimal integers separated
-// by commas ("%d,%d,%d,%d" for a 4-value page; the pages use 4, 5, 6, 7 and
-// 16 values). A check box holds 0 or 1, a radio group or combo box the index
-// of its entry. -1 means "not set here": the position takes the value of the
+// by commas ("%d,%d,%d,%d" for a 4-value page; a page's size follows from its
+// table of rows). A check box holds 0 or 1, a radio group or combo box the
+// index of its entry. -1 means "not set here": the position takes the value of the
 // tool-wide option string. Text pages (defines, predefines, via files, the
 // listing dimensions) hold their text instead.
 //
@@ -54,53 +54,106 @@ template <size_t N>
 int ScanPageState(const std::string& text, std::array<int, N>& values) {
     return ScanPageState(text, values.data(), static_cast<int>(N));
 }
-// The overlay of one integer page: every position of the target's state
-// that is -1 takes the tool-wide value at that position. Both states are read
-// over all -1 first, so a target page never stored takes the tool-wide page
-// whole, and an empty tool-wide state changes nothing.
+// A settings struct (CompilerSettings, AssemblerSettings) names its pages
+// once, in a static ForEachPage(visit) that calls visit(slot, &field, merge)
+// for each: an integer page is a std::array<int, N>, a text page a
+// std::string. The functions below walk that list, so converting to and
+// from page states, the overlay and the unresolved test are written once.
+enum class Merge {
+    kByPosition,    // integer page: every -1 of the target takes the tool-wide value
+    kJoined,        // text page: tool-wide text, then the target's
+    kTargetWhenSet, // single value: the target's text unless it is empty
+};
+
+namespace page_fields {
+
 template <size_t N>
-std::array<int, N> OverlayValues(const std::array<int, N>& wide, const std::array<int, N>& target) {
-    std::array<int, N> out = target;
-    for (size_t i = 0; i < N; ++i) {
-        if (out[i] == kUnset) out[i] = wide[i];
-    }
-    return out;
-}
-// All -1 with the target's state read over it.
+void Clear(std::array<int, N>& values) { values.fill(kUnset); }
+inline void Clear(std::string& text) { text.clear(); }
+
+// A page from its state: all -1 (or empty) with the state read over it.
 template <size_t N>
-std::array<int, N> PageValues(const std::string& state) {
-    std::array<int, N> values;
+void Read(std::array<int, N>& values, const std::string& state) {
     values.fill(kUnset);
     ScanPageState(state, values);
-    return values;
+}
+inline void Read(std::string& text, const std::string& state) { text = state; }
+
+template <size_t N>
+std::string Write(const std::array<int, N>& values) { return FormatPageState(values); }
+inline std::string Write(const std::string& text) { return text; }
+
+template <size_t N>
+void Overlay(std::array<int, N>& out, const std::array<int, N>& wide, const std::array<int, N>& target, Merge) {
+    for (size_t i = 0; i < N; ++i) out[i] = target[i] == kUnset ? wide[i] : target[i];
+}
+inline void Overlay(std::string& out, const std::string& wide, const std::string& target, Merge merge) {
+    out = merge == Merge::kJoined ? wide + target : target.empty() ? wide : target;
+}
+
+template <size_t N>
+bool Unset(const std::array<int, N>& values) {
+    for (int v : values) {
+        if (v == kUnset) return true;
+    }
+    return false;
+}
+inline bool Unset(const std::string&) { return false; }
+
+}  // namespace page_fields
+
+template <class Settings>
+void ClearPages(Settings& s) {
+    Settings::ForEachPage([&](int, auto field, Merge) { page_fields::Clear(s.*field); });
+}
+
+template <class Settings>
+PageStateSet ToPageStates(const Settings& s) {
+    PageStateSet states;
+    Settings::ForEachPage([&](int slot, auto field, Merge) { states[slot] = page_fields::Write(s.*field); });
+    return states;
+}
+
+// Positions not in a state stay -1.
+template <class Settings>
+Settings FromPageStates(const PageStateSet& states) {
+    Settings s;
+    Settings::ForEachPage([&](int slot, auto field, Merge) { page_fields::Read(s.*field, states[slot]); });
+    return s;
+}
+
+// The target's pages over the tool-wide ones, each page by its merge rule. A
+// tool-wide page that is all -1 changes nothing.
+template <class Settings>
+Settings OverlayPages(const Settings& wide, const Settings& target) {
+    Settings s;
+    Settings::ForEachPage([&](int, auto field, Merge merge) {
+        page_fields::Overlay(s.*field, wide.*field, target.*field, merge);
+    });
+    return s;
+}
+
+// True when any position of an integer page is still -1.
+template <class Settings>
+bool AnyUnset(const Settings& s) {
+    bool unset = false;
+    Settings::ForEachPage([&](int, auto field, Merge) { unset = unset || page_fields::Unset(s.*field); });
+    return unset;
+}
+
+template <class Settings>
+bool SamePages(const Settings& a, const Settings& b) {
+    bool same = true;
+    Settings::ForEachPage([&](int, auto field, Merge) { same = same && a.*field == b.*field; });
+    return same;
 }
 
 enum class Family { kArmC, kThumbC, kArmCpp, kThumbCpp, kArmAsm };
 constexpr int kFamilyCount = 5;
 
-// Slots of the four compiler families.
-enum CompilerSlot : int {
-    kCcTar = 0,
-    kCcAtpcs = 1,
-    kCcWarnings = 2,
-    kCcErrors = 3,
-    kCcDebugOpt = 4,
-    kCcCodeGen = 5,
-    kCcPrePro = 6,
-    kCcExtras = 7,
-};
-
-// Slots of the assembler.
-enum AssemblerSlot : int {
-    kAsmTar = 0,
-    kAsmAtpcs = 1,
-    kAsmOpt = 2,
-    kAsmLc = 3,
-    kAsmLcPg1 = 4,
-    kAsmLcPg2 = 5,
-    kAsmPds = 6,
-    kAsmEts = 7,
-};
+// Slots of the four compiler families and of the assembler, in page-state sets.
+enum CompilerSlot : int { kCcTar, kCcAtpcs, kCcWarnings, kCcErrors, kCcDebugOpt, kCcCodeGen, kCcPrePro, kCcExtras };
+enum AssemblerSlot : int { kAsmTar, kAsmAtpcs, kAsmOpt, kAsmLc, kAsmLcPg1, kAsmLcPg2, kAsmPds, kAsmEts };
 
 inline constexpr char kCompilerStatesNode[] = "ADS_CParam";
 inline constexpr char kAssemblerStatesNode[] = "ADS_AsmParam";

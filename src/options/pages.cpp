@@ -9,176 +9,64 @@ namespace ads::options {
 
 namespace {
 
-Control Check(const std::string& label, const std::string& group, int slot, int position) {
-    return Control{ControlKind::kCheckBox, label, group, slot, position, {}, {}};
-}
-
-Control Radio(const std::string& label, int slot, int position, std::vector<std::string> buttons,
-              PageVariant variant, const std::string& group = std::string()) {
-    Control c{ControlKind::kRadioGroup, label, group, slot, position, {}, {}};
-    for (size_t i = 0; i < buttons.size(); ++i) {
-        c.choices.push_back({buttons[i], static_cast<int>(i)});
+std::vector<Choice> ChoicesOf(const OptionRow& row, bool c_language) {
+    std::vector<Choice> choices;
+    const auto add = [&choices](const char* label) {
+        choices.push_back({label, static_cast<int>(choices.size())});
+    };
+    switch (row.source) {
+        case ChoiceSource::kListed:
+            for (const OptionChoice* c = row.choices; c != nullptr && c->label != nullptr; ++c) add(c->label);
+            break;
+        case ChoiceSource::kProcessors:
+            for (const char* name : kProcessors) add(name);
+            break;
+        case ChoiceSource::kFpus:
+            for (const FpuEntry& fpu : kFpus) add(fpu.combo_text);
+            break;
+        case ChoiceSource::kLanguages:
+            if (c_language) {
+                for (const LanguageEntry& language : kCLanguages) add(language.combo_text);
+            } else {
+                for (const LanguageEntry& language : kCppLanguages) add(language.combo_text);
+            }
+            break;
     }
-    if (variant == PageVariant::kPerTarget) c.choices.push_back({kDefaultLastLevel, kUnset});
-    return c;
-}
-
-Control Combo(const std::string& label, int slot, int position, const std::vector<std::string>& entries,
-              const std::string& group = std::string()) {
-    Control c{ControlKind::kCombo, label, group, slot, position, {}, {}};
-    for (size_t i = 0; i < entries.size(); ++i) c.choices.push_back({entries[i], static_cast<int>(i)});
-    return c;
-}
-
-Control Text(ControlKind kind, const std::string& label, const std::string& group, int slot,
-             const std::string& default_text = std::string()) {
-    return Control{kind, label, group, slot, -1, {}, default_text};
-}
-
-Control Button(const std::string& label, const std::string& group = std::string()) {
-    return Control{ControlKind::kButton, label, group, -1, -1, {}, {}};
-}
-
-std::vector<std::string> ProcessorNames() {
-    return std::vector<std::string>(kProcessors, kProcessors + kProcessorCount);
-}
-
-std::vector<std::string> FpuTexts() {
-    std::vector<std::string> texts;
-    for (const FpuEntry& fpu : kFpus) texts.push_back(fpu.combo_text);
-    return texts;
-}
-
-std::vector<std::string> LanguageTexts(bool c_language) {
-    std::vector<std::string> texts;
-    const LanguageEntry* table = c_language ? kCLanguages : kCppLanguages;
-    const int count = c_language ? kCLanguageCount : kCppLanguageCount;
-    for (int i = 0; i < count; ++i) texts.push_back(table[i].combo_text);
-    return texts;
-}
-
-PageDescription ExtrasPage(int slot) {
-    return {"Extras", -1, 0,
-            {Text(ControlKind::kEdit, "Via file Name", "", slot), Button("Choose...")}};
+    return choices;
 }
 
 }  // namespace
 
-PageDescription DescribeCompilerPage(CompilerPage page, bool c_language, PageVariant variant) {
-    switch (page) {
-        case CompilerPage::kTargetAndSource:
-            return {"Target and Source", kCcTar, 4,
-                    {Combo("Architecture Or Processor", kCcTar, kTarProcessor, ProcessorNames()),
-                     Combo("Floating Point", kCcTar, kTarFpu, FpuTexts()),
-                     Radio("Byte Order", kCcTar, kTarByteOrder, {"Big Endian", "Little Endian"}, variant),
-                     Combo("Source Language", kCcTar, kTarLanguage, LanguageTexts(c_language))}};
-        case CompilerPage::kAtpcs: {
-            PageDescription d{"ATPCS", kCcAtpcs, 4, {}};
-            for (int i = 0; i < 4; ++i) {
-                d.controls.push_back(Check(kCompilerAtpcsRows[i].label, kCompilerAtpcsGroup, kCcAtpcs, i));
-            }
-            return d;
+PageDescription DescribePage(const PageTable& page, bool c_language, PageVariant variant) {
+    PageDescription d{page.title, page.slot, page.value_count, {}};
+    for (int i = 0; i < page.row_count; ++i) {
+        const OptionRow& row = page.rows[i];
+        const bool kept = row.position != kNoPosition;
+        Control c{row.kind, row.label, row.group, kept ? page.slot : row.text_slot, row.position,
+                  ChoicesOf(row, c_language), row.default_text};
+        if (variant == PageVariant::kPerTarget && row.kind == ControlKind::kRadioGroup && kept) {
+            c.choices.push_back({kDefaultLastLevel, kUnset});
         }
-        case CompilerPage::kWarnings: {
-            PageDescription d{"Warnings", kCcWarnings, 16, {}};
-            for (int i = 0; i < 16; ++i) {
-                d.controls.push_back(Check(kWarningRows[i].label, kWarningRows[i].group, kCcWarnings, i));
-            }
-            return d;
-        }
-        case CompilerPage::kErrors: {
-            PageDescription d{"Errors", kCcErrors, 7, {}};
-            for (int i = 0; i < 7; ++i) {
-                d.controls.push_back(Check(kErrorRows[i].label, kErrorRows[i].group, kCcErrors, i));
-            }
-            return d;
-        }
-        case CompilerPage::kDebugOpt:
-            return {"Debug/Opt", kCcDebugOpt, 5,
-                    {Check("Enable debug table generation", "", kCcDebugOpt, kDbgTables),
-                     Check("Include preprocessor symbol", "", kCcDebugOpt, kDbgPreproSymbols),
-                     Check("Enable debug of inline function", "", kCcDebugOpt, kDbgInline),
-                     Radio("", kCcDebugOpt, kDbgLevel,
-                           {"Minimum (best debug view)", "Most (good debug view,good code)",
-                            "ALL (poor debug view,best code)"},
-                           variant),
-                     Radio("", kCcDebugOpt, kDbgCriterion, {"For space ", "For time"}, variant)}};
-        case CompilerPage::kPreprocessor:
-            return {"Preprocessor", -1, 0,
-                    {Text(ControlKind::kTextList, "List of #DEFINEs", "", kCcPrePro), Button("Add"),
-                     Button("Replace"), Button("Delete")}};
-        case CompilerPage::kCodeGen: {
-            PageDescription d{"Code Gen", kCcCodeGen, 5, {}};
-            for (int i = 0; i < 5; ++i) {
-                d.controls.push_back(Check(kCodeGenRows[i].label, kCodeGenGroup, kCcCodeGen, i));
-            }
-            return d;
-        }
-        case CompilerPage::kExtras:
-            return ExtrasPage(kCcExtras);
+        d.controls.push_back(std::move(c));
     }
-    return {};
+    return d;
+}
+
+PageDescription DescribeCompilerPage(CompilerPage page, bool c_language, PageVariant variant) {
+    return DescribePage(PageOf(page), c_language, variant);
 }
 
 PageDescription DescribeAssemblerPage(AssemblerPage page, PageVariant variant) {
-    switch (page) {
-        case AssemblerPage::kTarget:
-            return {"Target", kAsmTar, 4,
-                    {Combo("Architecture Or Processor", kAsmTar, kAsmTarProcessor, ProcessorNames()),
-                     Combo("Floating Point", kAsmTar, kAsmTarFpu, FpuTexts()),
-                     Radio("Byte Order", kAsmTar, kAsmTarByteOrder, {"Big Endian", "Little Endian"}, variant),
-                     Radio("Initial state", kAsmTar, kAsmTarInitialState, {"ARM", "Thumb"}, variant)}};
-        case AssemblerPage::kAtpcs: {
-            const std::string group = "Procedure Call Standard Option";
-            return {"ATPCS", kAsmAtpcs, 6,
-                    {Radio("Software stack", kAsmAtpcs, kAsmSoftwareStack, {"On", "Off", "Not Applicable"},
-                           variant, group),
-                     Radio("Calling Standard", kAsmAtpcs, kAsmCallingStandard, {"ATPCS", "None"}, variant, group),
-                     Radio("Predeclared Reg Names", kAsmAtpcs, kAsmRegNames, {"ATPCS", "None"}, variant, group),
-                     Check("ARM/Thumb interworking", group, kAsmAtpcs, kAsmInterwork),
-                     Check("Read-only position independent", group, kAsmAtpcs, kAsmRopi),
-                     Check("Read-write position independent", group, kAsmAtpcs, kAsmRwpi)}};
-        }
-        case AssemblerPage::kOption: {
-            PageDescription d{"Option", kAsmOpt, 6, {}};
-            for (int i = 0; i < 6; ++i) d.controls.push_back(Check(kAssemblerOptionRows[i].label, "", kAsmOpt, i));
-            return d;
-        }
-        case AssemblerPage::kPredefines: {
-            const std::string group = "Edit predefined variable";
-            return {"Predefines", -1, 0,
-                    {Text(ControlKind::kTextList, "List Of Predefines", "", kAsmPds),
-                     Text(ControlKind::kEdit, "Variable", group, -1),
-                     Combo("Directive", -1, -1, {"SETA", "SETL", "SETS"}, group),
-                     Text(ControlKind::kEdit, "Numeric", group, -1),
-                     Radio("Logical", -1, -1, {"{TRUE}", "{FALSE}"}, PageVariant::kToolWide, group),
-                     Button("Add", group), Button("Replace", group), Button("Delete", group)}};
-        }
-        case AssemblerPage::kListingControl:
-            return {"Listing Control", kAsmLc, 4,
-                    {Check("Listing on", "Miscellaneous", kAsmLc, kAsmListOn),
-                     Check("Terse", "Miscellaneous", kAsmLc, kAsmTerse),
-                     Check("Cross-reference", "Miscellaneous", kAsmLc, kAsmXref),
-                     Check("Continuous Page", "Dimensions", kAsmLc, kAsmContinuous),
-                     Text(ControlKind::kEdit, "Page", "Dimensions", kAsmLcPg1, kDefaultListingWidth),
-                     Text(ControlKind::kEdit, "Page", "Dimensions", kAsmLcPg2, kDefaultListingLength)}};
-        case AssemblerPage::kExtras:
-            return ExtrasPage(kAsmEts);
-    }
-    return {};
+    return DescribePage(PageOf(page), true, variant);
 }
 
 std::vector<PageDescription> DescribePages(Family family, PageVariant variant) {
     std::vector<PageDescription> pages;
     if (IsAssembler(family)) {
-        for (int p = 0; p <= static_cast<int>(AssemblerPage::kExtras); ++p) {
-            pages.push_back(DescribeAssemblerPage(static_cast<AssemblerPage>(p), variant));
-        }
+        for (const PageTable& page : kAssemblerPages) pages.push_back(DescribePage(page, true, variant));
     } else {
         const bool c_language = family == Family::kArmC || family == Family::kThumbC;
-        for (int p = 0; p <= static_cast<int>(CompilerPage::kExtras); ++p) {
-            pages.push_back(DescribeCompilerPage(static_cast<CompilerPage>(p), c_language, variant));
-        }
+        for (const PageTable& page : kCompilerPages) pages.push_back(DescribePage(page, c_language, variant));
     }
     return pages;
 }

@@ -14,11 +14,11 @@
 #include <vector>
 
 #include "options/assembler_options.h"
+#include "options/compiler_options.h"
 #include "options/page_state.h"
 
 namespace ads::options {
 
-enum class ControlKind { kCheckBox, kRadioGroup, kCombo, kTextList, kEdit, kButton };
 enum class PageVariant { kToolWide, kPerTarget };
 
 inline constexpr char kDefaultLastLevel[] = "*Default last level";
@@ -45,12 +45,10 @@ struct PageDescription {
     std::vector<Control> controls;
 };
 
-// Tabs in the order the property sheets show them.
-enum class CompilerPage : int {
-    kTargetAndSource, kAtpcs, kWarnings, kErrors, kDebugOpt, kPreprocessor, kCodeGen, kExtras
-};
-enum class AssemblerPage : int { kTarget, kAtpcs, kOption, kPredefines, kListingControl, kExtras };
-
+// A page's controls generated from its table: a radio group kept in the
+// page state gets "*Default last level" in the per-target variant; the
+// language combo lists the C or the C++ languages.
+PageDescription DescribePage(const PageTable& page, bool c_language, PageVariant variant);
 PageDescription DescribeCompilerPage(CompilerPage page, bool c_language, PageVariant variant);
 PageDescription DescribeAssemblerPage(AssemblerPage page, PageVariant variant);
 // All pages of a family's property sheet, in tab order.

@@ -15,6 +15,7 @@ if(ADS_FUZZ AND CMAKE_CXX_COMPILER_ID MATCHES "Clang")
     ${PROJECT_SOURCE_DIR}/src/import/link_translators.cpp
     ${PROJECT_SOURCE_DIR}/src/options/option_text.cpp
     ${PROJECT_SOURCE_DIR}/src/options/option_tables.cpp
+    ${PROJECT_SOURCE_DIR}/src/options/option_rows.cpp
     ${PROJECT_SOURCE_DIR}/src/options/page_state.cpp
     ${PROJECT_SOURCE_DIR}/src/options/compiler_options.cpp
     ${PROJECT_SOURCE_DIR}/src/options/assembler_options.cpp

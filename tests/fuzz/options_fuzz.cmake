@@ -6,6 +6,7 @@ if(ADS_FUZZ AND CMAKE_CXX_COMPILER_ID MATCHES "Clang")
     ${CMAKE_CURRENT_LIST_DIR}/options_fuzz.cpp
     ${PROJECT_SOURCE_DIR}/src/options/option_text.cpp
     ${PROJECT_SOURCE_DIR}/src/options/option_tables.cpp
+    ${PROJECT_SOURCE_DIR}/src/options/option_rows.cpp
     ${PROJECT_SOURCE_DIR}/src/options/page_state.cpp
     ${PROJECT_SOURCE_DIR}/src/options/compiler_options.cpp
     ${PROJECT_SOURCE_DIR}/src/options/assembler_options.cpp

@@ -51,11 +51,11 @@ void AssemblerString(const std::string& text, const PageStateSet& states) {
 }
 
 void PageStates(const std::string& text) {
-    for (int count : {4, 5, 6, 7, 16}) {
-        int values[16];
+    for (int count : {kTargetPageSize, kDebugOptPageSize, kAsmAtpcsPageSize, kErrorsPageSize, kWarningsPageSize}) {
+        int values[kWarningsPageSize];
         for (int& v : values) v = kUnset;
         ScanPageState(text, values, count);
-        int back[16];
+        int back[kWarningsPageSize];
         Require(ScanPageState(FormatPageState(values, count), back, count) == count);
         Require(std::memcmp(values, back, sizeof(int) * count) == 0);
     }

@@ -90,7 +90,7 @@ TEST(AssemblerWrite, AnUnresolvedPositionRaisesGetArmAssOptionError) {
         PageStateSet states = ToPageStates(Defaults());
         states[slot] = "-1" + states[slot].substr(states[slot].find(','));
         try {
-            WriteAssemblerOptions(AssemblerSettingsFromStates(states));
+            WriteAssemblerOptions(FromPageStates<AssemblerSettings>(states));
             ADD_FAILURE() << "slot " << slot;
         } catch (const OptionError& e) {
             EXPECT_STREQ(e.what(), "GetArmAssOption Error");
@@ -108,18 +108,6 @@ TEST(AssemblerEffective, TargetStatesUseTheAssemblerLayout) {
     EXPECT_EQ(EffectiveAssemblerOptions(" -16 -width 100 -PD \"W SETL {TRUE}\" -via w.via", target),
               " -16 -cpu ARM920T -fpu FPA -PD \"W SETL {TRUE}\" -PD \"T SETA 2\" -width 120 -via w.via -via t.via");
     EXPECT_EQ(EffectiveAssemblerOptions(" -width 100", {}), " -width 100") << "an empty width takes the tool-wide one";
-}
-
-TEST(AssemblerEffective, ReadingTheResultAgainChangesNothing) {
-    const char* inputs[] = {
-        " -bi -16 -cpu ARM920T -fpu SoftVFP+VFPv2 -apcs /interwork/swstna -regnames none",
-        " -apcs none/ropi -PD \"A SETA 1\" -PD \"B SETS x y\" -length 60 -width 132 -xref",
-        " -liston -noterse -length 0 -via \"C:\\a b\\c.via\"",
-    };
-    for (const char* input : inputs) {
-        const std::string once = EffectiveAssemblerOptions(input, {});
-        EXPECT_EQ(EffectiveAssemblerOptions(once, {}), once) << input;
-    }
 }
 
 TEST(Predefines, EntriesAreQuotedAndReadBack) {

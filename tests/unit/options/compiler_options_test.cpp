@@ -140,7 +140,7 @@ TEST(CompilerWrite, AnUnresolvedPositionRaisesGetTempCCppOptionError) {
         PageStateSet states = ToPageStates(Defaults());
         states[slot] = "-1" + states[slot].substr(states[slot].find(','));
         try {
-            WriteCompilerOptions(CompilerSettingsFromStates(states), kC);
+            WriteCompilerOptions(FromPageStates<CompilerSettings>(states), kC);
             ADD_FAILURE() << "slot " << slot;
         } catch (const OptionError& e) {
             EXPECT_STREQ(e.what(), "GetTempCCppOption Error");
@@ -186,21 +186,6 @@ TEST(CompilerEffective, UnresolvedToolWideValuesFailWhenTheTargetLeavesThem) {
             ADD_FAILURE() << tool_wide;
         } catch (const std::runtime_error& e) {
             EXPECT_STREQ(e.what(), "GetTempCCppOption Error") << tool_wide;
-        }
-    }
-}
-
-TEST(CompilerEffective, ReadingTheResultAgainChangesNothing) {
-    const char* inputs[] = {
-        " -g+ -O2 -Otime -cpu ARM920T -fpu VFPv2 -bi -apcs /interwork/rwpi -Wb+n -Ecz -DA=1",
-        " -ansi -strict -W+p -fpu SoftVFP+VFPv2 -Wax -O1 -zo -fy -via \"x y.via\"",
-        " -embeddedcplusplus -W -fx -O0 -gtp -Ono_inline -split_ldm",
-        " -cpp -strict -fx -Wq -O2 -auto_float_constants -zc -D\"M=a b\" -DN",
-    };
-    for (const char* input : inputs) {
-        for (bool c_language : {kC, kCpp}) {
-            const std::string once = EffectiveCompilerOptions(input, {}, c_language);
-            EXPECT_EQ(EffectiveCompilerOptions(once, {}, c_language), once) << input;
         }
     }
 }

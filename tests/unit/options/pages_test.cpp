@@ -114,7 +114,7 @@ TEST(PageModel, ToolWidePagesCarryAnOptionStringThroughUnchanged) {
         page.Store(stored);
     }
     EXPECT_EQ(stored, read);
-    EXPECT_EQ(WriteCompilerOptions(CompilerSettingsFromStates(stored), false), options);
+    EXPECT_EQ(WriteCompilerOptions(FromPageStates<CompilerSettings>(stored), false), options);
 }
 
 TEST(ListPages, DefinesAndViaFilesConvertBothWays) {

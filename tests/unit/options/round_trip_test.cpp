@@ -7,6 +7,8 @@
 
 #include "options/assembler_options.h"
 #include "options/compiler_options.h"
+#include "options/option_tables.h"
+#include "options/pages.h"
 
 namespace ads::options {
 namespace {
@@ -22,7 +24,7 @@ struct Random {
 };
 
 // Texts chosen so that they hold none of the switches the readers look for.
-const char* const kDefines[] = {"DEBUG", "LEVEL=2", "NAME_1", "X=abc", "Y"};
+const char* const kDefines[] = {"DEBUG", "LEVEL=2", "NAME_1", "X=abc", "Y", "MSG=a b"};
 const char* const kViaFiles[] = {"opts.via", "C:\\My Files\\build.via", "{Project}cfg\\arm.via"};
 const char* const kPredefines[] = {"A SETA 1", "FLAG SETL {TRUE}", "N SETA 0x10", "S SETS hello world"};
 const char* const kWidths[] = {"", "79", "100", "132"};
@@ -32,13 +34,13 @@ const char* const kLengths[] = {"", "66", "60", "0"};
 // writes nothing for the indexes it does not have.
 CompilerSettings RandomCompiler(Random& r) {
     CompilerSettings s;
-    s.target = {r.Below(62), r.Below(8), r.Below(5), r.Bit()};
+    s.target = {r.Below(kProcessorCount), r.Below(kFpuCount), r.Below(kCppLanguageCount), r.Bit()};
     for (int& v : s.atpcs) v = r.Bit();
     for (int& v : s.warnings) v = r.Below(4) == 0;  // mostly off, so lists stay short
     for (int& v : s.errors) v = r.Below(3) != 0;
     s.debug_opt = {r.Bit(), r.Bit(), r.Bit(), r.Below(3), r.Bit()};
     for (int& v : s.code_gen) v = r.Bit();
-    for (int n = r.Below(3); n > 0; --n) s.preprocessor += std::string(" -D") + r.Pick(kDefines);
+    for (int n = r.Below(3); n > 0; --n) s.preprocessor += DefinesText({r.Pick(kDefines)});
     if (r.Bit()) s.extras = ViaText(r.Pick(kViaFiles));
     return s;
 }
@@ -55,7 +57,9 @@ CompilerSettings ExpectedCompiler(CompilerSettings s, bool c_language) {
     // warnings are off, or the " -W+p" of strict ANSI C++ written before it.
     const bool strict_ansi_cpp = !c_language && s.target[kTarLanguage] == 1;
     if (s.warnings[kWarnNone] == 1 || strict_ansi_cpp) {
-        for (int i = 2; i < 16; ++i) s.warnings[i] = kWarningRows[i].on_by_default ? 1 : 0;
+        for (const OptionRow& row : kWarningRows) {
+            if (row.letter != 0) s.warnings[row.position] = row.on_by_default ? 1 : 0;
+        }
         if (strict_ansi_cpp) s.warnings[6] = 1;  // p, "Non-ANSI header"
     }
     return s;
@@ -63,7 +67,7 @@ CompilerSettings ExpectedCompiler(CompilerSettings s, bool c_language) {
 
 AssemblerSettings RandomAssembler(Random& r) {
     AssemblerSettings a;
-    a.target = {r.Below(8), r.Below(62), r.Bit(), r.Bit()};
+    a.target = {r.Below(kFpuCount), r.Below(kProcessorCount), r.Bit(), r.Bit()};
     a.atpcs = {r.Below(3), r.Below(4) == 0, r.Bit(), r.Bit(), r.Bit(), r.Bit()};
     for (int& v : a.option) v = r.Bit();
     for (int& v : a.listing) v = r.Bit();
