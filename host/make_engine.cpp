@@ -39,6 +39,15 @@ ConfigNode* FindConfiguration(ConfigNode* project, const std::string& target) {
     return nullptr;
 }
 
+// Sets of sources that left the target are forgotten.
+void ForgetRemovedSources(const std::vector<ConfigNode*>& files, TargetDependencies* record) {
+    std::set<std::string> sources;
+    for (ConfigNode* file : files) sources.insert(Attribute(file, "RelativePath"));
+    for (auto it = record->sets.begin(); it != record->sets.end();) {
+        it = sources.count(it->first) ? std::next(it) : record->sets.erase(it);
+    }
+}
+
 // Threads that run commands handed to them, each job once. The owner joins
 // them whatever happens, so no thread outlives the build.
 class WorkerPool {
@@ -208,8 +217,7 @@ bool MakeEngine::OutOfDate(const std::string& target, ConfigNode* file, const Ta
 
 bool MakeEngine::IsOutOfDate(const std::string& target, ConfigNode* file) {
     if (file == nullptr) return false;
-    DependencyFile deps;
-    LoadDependencies(*platform_.files, deps_path_, &deps);
+    const DependencyFile deps = LoadRecords();
     auto record = deps.targets.find(target);
     return OutOfDate(target, file, record != deps.targets.end() ? record->second : TargetDependencies());
 }
@@ -234,43 +242,50 @@ bool MakeEngine::TargetNeedsCommand(const std::string& target, ConfigNode* proje
     return false;
 }
 
-void MakeEngine::Deliver(Job* job) {
-    if (job->command.empty()) return;
-    const platform::RunResult& run = job->result;
+// Hands a finished command's output to the plug-in's parser; false when the
+// command did not start. `what` names the command in the line about a cut.
+bool MakeEngine::HandOver(const std::string& command, const platform::RunResult& run, const std::string& what) {
     if (!run.started) {
-        Report(run.error + " (command: " + job->command + ")");
-        return;
+        Report(run.error + " (command: " + command + ")");
+        return false;
     }
     if (run.truncated) {
-        Report("the output of the command for '" + job->source + "' was cut at " +
-               std::to_string(output_limit_) + " bytes");
+        Report("the output of the command for " + what + " was cut at " + std::to_string(output_limit_) + " bytes");
     }
     Parse(run.output);
+    return true;
+}
+
+void MakeEngine::Deliver(Job* job) {
+    if (job->command.empty()) return;
+    HandOver(job->command, job->result, "'" + job->source + "'");
+}
+
+void MakeEngine::AskFileCommand(Job* job, size_t index, size_t count, ConfigNode* project) {
+    if (progress_) progress_("[" + std::to_string(index + 1) + "/" + std::to_string(count) + "] ");
+    job->command = AskCommand(plugin_, project, job->file);
+    if (job->command.empty()) Report("the plug-in gave no command for '" + job->source + "'");
 }
 
 void MakeEngine::RunFiles(std::vector<Job>* jobs, ConfigNode* project) {
-    const size_t count = jobs->size();
-    auto ask = [&](size_t i) {
-        Job& job = (*jobs)[i];
-        if (progress_) progress_("[" + std::to_string(i + 1) + "/" + std::to_string(count) + "] ");
-        job.command = AskCommand(plugin_, project, job.file);
-        if (job.command.empty()) Report("the plug-in gave no command for '" + job.source + "'");
-    };
-
-    if (jobs_ <= 1 || count <= 1) {
-        for (size_t i = 0; i < count; ++i) {
-            ask(i);
+    if (jobs_ <= 1 || jobs->size() <= 1) {
+        for (size_t i = 0; i < jobs->size(); ++i) {
             Job& job = (*jobs)[i];
+            AskFileCommand(&job, i, jobs->size(), project);
             if (job.command.empty()) continue;
             job.result = Run(job.command);
             Deliver(&job);
         }
         return;
     }
+    RunFilesInParallel(jobs, project);
+}
 
-    // Commands are asked here and run by the workers meanwhile; every output
-    // goes to the parser here, in file order, as soon as it and all before
-    // it are complete.
+// Commands are asked here and run by the workers meanwhile; every output
+// goes to the parser here, in file order, as soon as it and all before it
+// are complete.
+void MakeEngine::RunFilesInParallel(std::vector<Job>* jobs, ConfigNode* project) {
+    const size_t count = jobs->size();
     std::mutex mutex;
     std::condition_variable finished;
     std::vector<char> done(count, 0);
@@ -313,7 +328,7 @@ void MakeEngine::RunFiles(std::vector<Job>* jobs, ConfigNode* project) {
         }
     };
     for (size_t i = 0; i < count; ++i) {
-        ask(i);
+        AskFileCommand(&(*jobs)[i], i, count, project);
         if ((*jobs)[i].command.empty()) {
             mark_done(i);
         } else {
@@ -325,18 +340,8 @@ void MakeEngine::RunFiles(std::vector<Job>* jobs, ConfigNode* project) {
     pool.Close();
 }
 
-bool MakeEngine::MakeTarget(const std::string& target, ConfigNode* project) {
-    compiled_ = 0;
-    linked_ = false;
-    if (plugin_ == nullptr || project == nullptr) {
-        failed_ = true;
-        return false;
-    }
-    DependencyFile deps;
-    LoadDependencies(*platform_.files, deps_path_, &deps);
-    TargetDependencies& record = deps.targets[target];
-
-    const std::vector<ConfigNode*> files = TargetFiles(project);
+std::vector<MakeEngine::Job> MakeEngine::OutOfDateJobs(const std::string& target, const std::vector<ConfigNode*>& files,
+                                                       const TargetDependencies& record) {
     std::vector<Job> jobs;
     for (ConfigNode* file : files) {
         if (!OutOfDate(target, file, record)) continue;
@@ -345,68 +350,92 @@ bool MakeEngine::MakeTarget(const std::string& target, ConfigNode* project) {
         job.source = Attribute(file, "RelativePath");
         jobs.push_back(std::move(job));
     }
-    RunFiles(&jobs, project);
+    return jobs;
+}
 
-    // A file without a command or whose command did not start leaves
-    // nothing to link; a command that failed leaves an object that must not
-    // be linked either.
+// A file without a command or whose command did not start leaves nothing to
+// link: false then. A command that failed leaves an object that must not be
+// linked either: the first such file is `*failed_file`.
+bool MakeEngine::CountFileCommands(const std::vector<Job>& jobs, const Job** failed_file) {
     bool all_ran = true;
-    const Job* failed_file = nullptr;
+    *failed_file = nullptr;
     for (const Job& job : jobs) {
         if (job.command.empty() || !job.result.started) {
             all_ran = false;
         } else {
             ++compiled_;
-            if (job.result.exit_code != 0 && failed_file == nullptr) failed_file = &job;
+            if (job.result.exit_code != 0 && *failed_file == nullptr) *failed_file = &job;
         }
     }
+    return all_ran;
+}
+
+// The link or archive command; true when it ran and succeeded.
+bool MakeEngine::RunTargetCommand(const std::string& target, ConfigNode* project, bool all_ran,
+                                  const Job* failed_file) {
+    // The plug-in answers with no command (and says so itself) when the
+    // files brought errors.
+    const std::string command = all_ran ? AskCommand(plugin_, project, project) : std::string();
+    if (command.empty()) return false;
+    if (failed_file != nullptr) {
+        Report(target + ": not linked: the command for '" + failed_file->source + "' ended with exit code " +
+               std::to_string(failed_file->result.exit_code));
+        return false;
+    }
+    const platform::RunResult run = Run(command);
+    if (!HandOver(command, run, "target '" + target + "'")) return false;
+    linked_ = true;
+    return run.exit_code == 0;
+}
+
+DependencyFile MakeEngine::LoadRecords() const {
+    DependencyFile deps;
+    LoadDependencies(*platform_.files, deps_path_, &deps);
+    return deps;
+}
+
+void MakeEngine::SaveRecords(const DependencyFile& deps) {
+    std::string error;
+    if (!SaveDependencies(*platform_.files, deps_path_, deps, &error)) Report(error);
+}
+
+// What the plug-in learnt about a source whose command it gave.
+void MakeEngine::LearnDependencies(const std::string& source, TargetDependencies* record) {
+    std::vector<std::string> set = AskDependencies(plugin_, source);
+    if (set.empty()) {
+        record->sets.erase(source);
+    } else {
+        record->sets[source] = std::move(set);
+    }
+}
+
+bool MakeEngine::MakeTarget(const std::string& target, ConfigNode* project) {
+    compiled_ = 0;
+    linked_ = false;
+    if (plugin_ == nullptr || project == nullptr) {
+        failed_ = true;
+        return false;
+    }
+    DependencyFile deps = LoadRecords();
+    TargetDependencies& record = deps.targets[target];
+
+    const std::vector<ConfigNode*> files = TargetFiles(project);
+    std::vector<Job> jobs = OutOfDateJobs(target, files, record);
+    RunFiles(&jobs, project);
+    const Job* failed_file = nullptr;
+    const bool all_ran = CountFileCommands(jobs, &failed_file);
 
     bool ok = all_ran && failed_file == nullptr;
     if (!jobs.empty() || TargetNeedsCommand(target, project, files, record)) {
-        // The plug-in answers with no command (and says so itself) when the
-        // files brought errors.
-        const std::string command = all_ran ? AskCommand(plugin_, project, project) : std::string();
-        if (command.empty()) {
-            ok = false;
-        } else if (failed_file != nullptr) {
-            Report(target + ": not linked: the command for '" + failed_file->source + "' ended with exit code " +
-                   std::to_string(failed_file->result.exit_code));
-        } else {
-            platform::RunResult run = Run(command);
-            if (!run.started) {
-                Report(run.error + " (command: " + command + ")");
-                ok = false;
-            } else {
-                linked_ = true;
-                if (run.truncated) {
-                    Report("the output of the command for target '" + target + "' was cut at " +
-                           std::to_string(output_limit_) + " bytes");
-                }
-                Parse(run.output);
-                if (run.exit_code != 0) ok = false;
-            }
-        }
+        ok = RunTargetCommand(target, project, all_ran, failed_file) && ok;
     }
 
-    // What the plug-in learnt about the sources it was asked for; sources
-    // that left the target are forgotten.
     for (const Job& job : jobs) {
-        if (job.command.empty()) continue;
-        std::vector<std::string> set = AskDependencies(plugin_, job.source);
-        if (set.empty()) {
-            record.sets.erase(job.source);
-        } else {
-            record.sets[job.source] = std::move(set);
-        }
+        if (!job.command.empty()) LearnDependencies(job.source, &record);
     }
-    std::set<std::string> sources;
-    for (ConfigNode* file : files) sources.insert(Attribute(file, "RelativePath"));
-    for (auto it = record.sets.begin(); it != record.sets.end();) {
-        it = sources.count(it->first) ? std::next(it) : record.sets.erase(it);
-    }
+    ForgetRemovedSources(files, &record);
     record.result = ok ? BuildResult::kSucceeded : BuildResult::kFailed;
-    std::string error;
-    if (!SaveDependencies(*platform_.files, deps_path_, deps, &error)) Report(error);
+    SaveRecords(deps);
 
     if (!ok) failed_ = true;
     return ok;
@@ -421,30 +450,16 @@ bool MakeEngine::TranslateFile(const std::string& target, ConfigNode* file) {
         failed_ = true;
         return false;
     }
-    platform::RunResult run = Run(command);
-    if (!run.started) {
-        Report(run.error + " (command: " + command + ")");
+    const platform::RunResult run = Run(command);
+    if (!HandOver(command, run, "'" + source + "'")) {
         failed_ = true;
         return false;
     }
-    if (run.truncated) {
-        Report("the output of the command for '" + source + "' was cut at " + std::to_string(output_limit_) +
-               " bytes");
-    }
-    Parse(run.output);
     if (run.exit_code != 0) failed_ = true;
 
-    DependencyFile deps;
-    LoadDependencies(*platform_.files, deps_path_, &deps);
-    TargetDependencies& record = deps.targets[target];
-    std::vector<std::string> set = AskDependencies(plugin_, source);
-    if (set.empty()) {
-        record.sets.erase(source);
-    } else {
-        record.sets[source] = std::move(set);
-    }
-    std::string error;
-    if (!SaveDependencies(*platform_.files, deps_path_, deps, &error)) Report(error);
+    DependencyFile deps = LoadRecords();
+    LearnDependencies(source, &deps.targets[target]);
+    SaveRecords(deps);
     return true;
 }
 

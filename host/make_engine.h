@@ -89,8 +89,18 @@ private:
     bool OutOfDate(const std::string& target, ConfigNode* file, const TargetDependencies& record);
     bool TargetNeedsCommand(const std::string& target, ConfigNode* project,
                             const std::vector<ConfigNode*>& files, const TargetDependencies& record);
+    std::vector<Job> OutOfDateJobs(const std::string& target, const std::vector<ConfigNode*>& files,
+                                   const TargetDependencies& record);
+    void AskFileCommand(Job* job, size_t index, size_t count, ConfigNode* project);
     void RunFiles(std::vector<Job>* jobs, ConfigNode* project);
+    void RunFilesInParallel(std::vector<Job>* jobs, ConfigNode* project);
+    bool CountFileCommands(const std::vector<Job>& jobs, const Job** failed_file);
+    bool RunTargetCommand(const std::string& target, ConfigNode* project, bool all_ran, const Job* failed_file);
+    bool HandOver(const std::string& command, const platform::RunResult& run, const std::string& what);
     void Deliver(Job* job);
+    DependencyFile LoadRecords() const;
+    void SaveRecords(const DependencyFile& deps);
+    void LearnDependencies(const std::string& source, TargetDependencies* record);
     platform::RunResult Run(const std::string& command);
     void Parse(const std::string& output);
     void Report(const std::string& line);

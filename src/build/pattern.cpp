@@ -94,6 +94,211 @@ bool Pattern::Emit(uint8_t op, uint8_t arg) {
     return true;
 }
 
+// Reads a pattern text left to right and writes its cells into the program.
+// Every step answers nullptr or the message that ends the compile.
+class Pattern::Compiler {
+public:
+    Compiler(Pattern& program, const char* text, size_t length, bool plain_parentheses)
+        : program_(program),
+          text_(reinterpret_cast<const unsigned char*>(text)),
+          length_(length),
+          plain_parentheses_(plain_parentheses),
+          messages_(plain_parentheses ? kPlainGroups : kBackslashedGroups) {}
+
+    const char* Run() {
+        while (i_ < length_) {
+            Step step;
+            if (const char* error = Next(&step)) return error;
+            last_ = step.last;
+            just_opened_ = step.opened;
+        }
+        if (depth_ > 0) return messages_.unmatched_open;
+        return nullptr;
+    }
+
+private:
+    // What came last decides what a following "*" or "+" means.
+    enum class Last { kNothing, kItem, kClosure, kOther };
+    struct Step {
+        Last last = Last::kOther;
+        bool opened = false;  // a group opening: ")" right after it is an empty group
+    };
+
+    const char* Next(Step* step) {
+        const unsigned char c = text_[i_];
+        if (c == '^' && i_ == 0) {
+            ++i_;
+            return Emit(kBol);
+        }
+        if (c == '$' && i_ == length_ - 1) {
+            ++i_;
+            return Emit(kEol);
+        }
+        if (c == '*' || c == '+') {
+            ++i_;
+            step->last = Last::kClosure;
+            return Closure(c == '*');
+        }
+        if (c == '.') {
+            ++i_;
+            step->last = Last::kItem;
+            item_ = program_.cells_;
+            return Emit(kAny);
+        }
+        if (c == '[') {
+            step->last = Last::kItem;
+            return Class();
+        }
+        if (plain_parentheses_ && (c == '(' || c == ')')) {
+            ++i_;
+            step->opened = c == '(';
+            return c == '(' ? OpenGroup() : CloseGroup();
+        }
+        if (c == '\\' && i_ + 1 < length_) {
+            const unsigned char e = text_[i_ + 1];
+            i_ += 2;
+            return Escape(e, step);
+        }
+        // Any other character, a lone backslash at the end included.
+        ++i_;
+        step->last = Last::kItem;
+        return Literal(c);
+    }
+
+    // The character after a backslash.
+    const char* Escape(unsigned char e, Step* step) {
+        if (!plain_parentheses_ && (e == '(' || e == ')')) {
+            step->opened = e == '(';
+            return e == '(' ? OpenGroup() : CloseGroup();
+        }
+        if (e >= '1' && e <= '9') return BackReference(e - '0');
+        if (e == '<') {
+            if (i_ + 1 < length_ && text_[i_] == '\\' && text_[i_ + 1] == '>') return kNullWord;
+            return Emit(kWordStart);
+        }
+        if (e == '>') return Emit(kWordEnd);
+        step->last = Last::kItem;
+        return Literal(ControlEscape(e));
+    }
+
+    const char* Closure(bool zero_or_more) {
+        if (last_ == Last::kNothing) return kEmptyClosure;
+        if (last_ == Last::kOther) return kIllegalClosure;
+        if (last_ == Last::kClosure) return nullptr;  // "a**" is "a*"
+        return zero_or_more ? StarBeforeItem() : PlusAfterItem();
+    }
+
+    // The closure cell goes in front of its item.
+    const char* StarBeforeItem() {
+        uint8_t* code = program_.code_;
+        const size_t size = program_.cells_ - item_;
+        if (!Fits(1)) return kTooLong;
+        std::memmove(&code[2 * (item_ + 1)], &code[2 * item_], 2 * size);
+        code[2 * item_] = kClosure;
+        code[2 * item_ + 1] = 0;
+        ++program_.cells_;
+        return nullptr;
+    }
+
+    // "x+" is "xx*".
+    const char* PlusAfterItem() {
+        uint8_t* code = program_.code_;
+        const size_t size = program_.cells_ - item_;
+        if (!Fits(1 + size)) return kTooLong;
+        const size_t copy = program_.cells_ + 1;
+        program_.Emit(kClosure, 0);
+        std::memcpy(&code[2 * copy], &code[2 * item_], 2 * size);
+        program_.cells_ += size;
+        return nullptr;
+    }
+
+    const char* Class() {
+        uint8_t set[2 * kClassSetCells] = {};
+        if (!ReadClass(set)) return kMissingBracket;
+        if (!Fits(1 + kClassSetCells)) return kTooLong;
+        item_ = program_.cells_;
+        program_.Emit(kClass, 0);
+        std::memcpy(&program_.code_[2 * program_.cells_], set, sizeof set);
+        program_.cells_ += kClassSetCells;
+        return nullptr;
+    }
+
+    // From "[" to its "]", leaving i_ after it; false when the "]" is missing.
+    bool ReadClass(uint8_t* set) {
+        size_t j = i_ + 1;
+        const bool negate = j < length_ && text_[j] == '^';
+        if (negate) ++j;
+        bool first = true;  // "]" or "-" here is literal
+        for (;;) {
+            if (j >= length_) return false;
+            if (text_[j] == ']' && !first) break;
+            first = false;
+            const unsigned char low = ClassChar(&j);
+            unsigned char high = low;
+            // A "-" before the closing "]" is literal, not a range.
+            if (j + 1 < length_ && text_[j] == '-' && text_[j + 1] != ']') {
+                ++j;
+                high = ClassChar(&j);
+            }
+            for (unsigned v = low; v <= high; ++v) set[v >> 3] |= static_cast<uint8_t>(1u << (v & 7));
+        }
+        i_ = j + 1;
+        if (negate) {
+            for (size_t b = 0; b < 2 * kClassSetCells; ++b) set[b] = static_cast<uint8_t>(~set[b]);
+        }
+        return true;
+    }
+
+    // One character of a class, a backslash escape taken whole.
+    unsigned char ClassChar(size_t* j) {
+        const unsigned char c = text_[(*j)++];
+        return c == '\\' && *j < length_ ? ControlEscape(text_[(*j)++]) : c;
+    }
+
+    const char* OpenGroup() {
+        if (program_.groups_ == kPatternMaxGroups) return messages_.too_many;
+        const int group = ++program_.groups_;
+        open_[depth_++] = group;
+        return Emit(kGroupOpen, static_cast<uint8_t>(group));
+    }
+
+    const char* CloseGroup() {
+        if (depth_ == 0) return messages_.unmatched_close;
+        if (just_opened_) return messages_.null_group;
+        return Emit(kGroupClose, static_cast<uint8_t>(open_[--depth_]));
+    }
+
+    // Only a group that is already closed has a text to refer to.
+    const char* BackReference(int group) {
+        if (group > program_.groups_) return kUndetermined;
+        if (std::find(open_, open_ + depth_, group) != open_ + depth_) return kCyclical;
+        program_.has_back_reference_ = true;
+        return Emit(kBackRef, static_cast<uint8_t>(group));
+    }
+
+    const char* Literal(unsigned char c) {
+        item_ = program_.cells_;
+        return Emit(kChar, c);
+    }
+
+    const char* Emit(uint8_t op, uint8_t arg = 0) { return program_.Emit(op, arg) ? nullptr : kTooLong; }
+
+    // Room for `cells` more, the end cell still to come.
+    bool Fits(size_t cells) const { return program_.cells_ + cells <= kPatternMaxCells - 1; }
+
+    Pattern& program_;
+    const unsigned char* text_;
+    const size_t length_;
+    const bool plain_parentheses_;
+    const GroupMessages& messages_;
+    size_t i_ = 0;
+    Last last_ = Last::kNothing;
+    bool just_opened_ = false;
+    size_t item_ = 0;  // first cell of the last item
+    int open_[kPatternMaxGroups] = {};
+    int depth_ = 0;
+};
+
 const char* Pattern::Compile(const char* pattern, size_t length, bool plain_parentheses) {
     if (pattern == nullptr || length == 0) return valid_ ? nullptr : kNoPrevious;
 
@@ -101,151 +306,7 @@ const char* Pattern::Compile(const char* pattern, size_t length, bool plain_pare
     cells_ = 0;
     groups_ = 0;
     has_back_reference_ = false;
-    const GroupMessages& messages = plain_parentheses ? kPlainGroups : kBackslashedGroups;
-    const unsigned char* p = reinterpret_cast<const unsigned char*>(pattern);
-
-    // What came last decides what a following "*" or "+" means.
-    enum class Last { kNothing, kItem, kClosure, kOther } last = Last::kNothing;
-    size_t item = 0;           // first cell of the last item
-    int open[kPatternMaxGroups];
-    int depth = 0;
-    bool just_opened = false;  // the last thing was a group opening
-
-    auto open_group = [&]() -> const char* {
-        if (groups_ == kPatternMaxGroups) return messages.too_many;
-        ++groups_;
-        open[depth++] = groups_;
-        if (!Emit(kGroupOpen, static_cast<uint8_t>(groups_))) return kTooLong;
-        return nullptr;
-    };
-    auto close_group = [&]() -> const char* {
-        if (depth == 0) return messages.unmatched_close;
-        if (just_opened) return messages.null_group;
-        if (!Emit(kGroupClose, static_cast<uint8_t>(open[--depth]))) return kTooLong;
-        return nullptr;
-    };
-    auto literal = [&](unsigned char c) -> const char* {
-        item = cells_;
-        if (!Emit(kChar, c)) return kTooLong;
-        return nullptr;
-    };
-
-    size_t i = 0;
-    while (i < length) {
-        const unsigned char c = p[i];
-        const char* error = nullptr;
-        bool opened = false;
-        Last now = Last::kOther;
-
-        if (c == '^' && i == 0) {
-            ++i;
-            if (!Emit(kBol, 0)) error = kTooLong;
-        } else if (c == '$' && i == length - 1) {
-            ++i;
-            if (!Emit(kEol, 0)) error = kTooLong;
-        } else if (c == '*' || c == '+') {
-            ++i;
-            if (last == Last::kNothing) return Fail(kEmptyClosure);
-            if (last == Last::kOther) return Fail(kIllegalClosure);
-            if (last == Last::kClosure) continue;  // "a**" is "a*"
-            const size_t size = cells_ - item;
-            if (c == '*') {
-                // The closure cell goes in front of its item.
-                if (cells_ + 1 > kPatternMaxCells - 1) return Fail(kTooLong);
-                std::memmove(&code_[2 * (item + 1)], &code_[2 * item], 2 * size);
-                code_[2 * item] = kClosure;
-                code_[2 * item + 1] = 0;
-                ++cells_;
-            } else {
-                // "x+" is "xx*".
-                if (cells_ + 1 + size > kPatternMaxCells - 1) return Fail(kTooLong);
-                const size_t copy = cells_ + 1;
-                Emit(kClosure, 0);
-                std::memcpy(&code_[2 * copy], &code_[2 * item], 2 * size);
-                cells_ += size;
-            }
-            now = Last::kClosure;
-        } else if (c == '.') {
-            ++i;
-            item = cells_;
-            if (!Emit(kAny, 0)) error = kTooLong;
-            now = Last::kItem;
-        } else if (c == '[') {
-            size_t j = i + 1;
-            bool negate = false;
-            if (j < length && p[j] == '^') {
-                negate = true;
-                ++j;
-            }
-            uint8_t set[2 * kClassSetCells] = {};
-            bool first = true;  // "]" or "-" here is literal
-            for (;;) {
-                if (j >= length) return Fail(kMissingBracket);
-                unsigned char low = p[j];
-                if (low == ']' && !first) break;
-                first = false;
-                ++j;
-                if (low == '\\' && j < length) low = ControlEscape(p[j++]);
-                unsigned char high = low;
-                // A "-" before the closing "]" is literal, not a range.
-                if (j + 1 < length && p[j] == '-' && p[j + 1] != ']') {
-                    high = p[j + 1];
-                    j += 2;
-                    if (high == '\\' && j < length) high = ControlEscape(p[j++]);
-                }
-                for (unsigned v = low; v <= high; ++v) set[v >> 3] |= static_cast<uint8_t>(1u << (v & 7));
-            }
-            i = j + 1;
-            if (negate) {
-                for (uint8_t& byte : set) byte = static_cast<uint8_t>(~byte);
-            }
-            if (cells_ + 1 + kClassSetCells > kPatternMaxCells - 1) return Fail(kTooLong);
-            item = cells_;
-            Emit(kClass, 0);
-            std::memcpy(&code_[2 * cells_], set, sizeof set);
-            cells_ += kClassSetCells;
-            now = Last::kItem;
-        } else if (plain_parentheses && c == '(') {
-            ++i;
-            error = open_group();
-            opened = true;
-        } else if (plain_parentheses && c == ')') {
-            ++i;
-            error = close_group();
-        } else if (c == '\\' && i + 1 < length) {
-            const unsigned char e = p[i + 1];
-            i += 2;
-            if (!plain_parentheses && e == '(') {
-                error = open_group();
-                opened = true;
-            } else if (!plain_parentheses && e == ')') {
-                error = close_group();
-            } else if (e >= '1' && e <= '9') {
-                const int n = e - '0';
-                if (n > groups_) return Fail(kUndetermined);
-                if (std::find(open, open + depth, n) != open + depth) return Fail(kCyclical);
-                has_back_reference_ = true;
-                if (!Emit(kBackRef, static_cast<uint8_t>(n))) error = kTooLong;
-            } else if (e == '<') {
-                if (i + 1 < length && p[i] == '\\' && p[i + 1] == '>') return Fail(kNullWord);
-                if (!Emit(kWordStart, 0)) error = kTooLong;
-            } else if (e == '>') {
-                if (!Emit(kWordEnd, 0)) error = kTooLong;
-            } else {
-                error = literal(ControlEscape(e));
-                now = Last::kItem;
-            }
-        } else {
-            // Any other character, a lone backslash at the end included.
-            ++i;
-            error = literal(c);
-            now = Last::kItem;
-        }
-        if (error != nullptr) return Fail(error);
-        last = now;
-        just_opened = opened;
-    }
-    if (depth > 0) return Fail(messages.unmatched_open);
+    if (const char* error = Compiler(*this, pattern, length, plain_parentheses).Run()) return Fail(error);
     code_[2 * cells_] = kEnd;  // always fits: the body stops one cell short
     code_[2 * cells_ + 1] = 0;
     ++cells_;

@@ -99,6 +99,7 @@ private:
         size_t low;        // where the closure started
         size_t run_end;    // the continuation being tried starts here
     };
+    class Compiler;
 
     const char* Fail(const char* message);
     bool Emit(uint8_t op, uint8_t arg);

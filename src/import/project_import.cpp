@@ -111,6 +111,134 @@ void AddFileTree(config::HostApi& host, ConfigNode* files, ConfigNode* configura
     AssignTools(host, first_new, configurations);
 }
 
+// A target's configuration keys, written in the order a new target has
+// them, with a note for each thing of the export that is not taken over.
+class TargetKeys {
+public:
+    TargetKeys(const ImportTarget& target, std::vector<std::string>* notes)
+        : target_(target), notes_(notes), where_("target '" + target.name + "'"), target_notes_{notes, where_} {}
+
+    Attributes Take() { return std::move(keys_); }
+
+    // Only what the chosen device names: the rest stays unset.
+    void PutDevice(const DeviceSettings& device) {
+        PutIfSet("DEVICE", device.device);
+        PutIfSet("VENDOR", device.vendor);
+        PutIfSet("FAMINY", device.family);
+        PutIfSet("CPU", device.cpu);
+        PutIfSet("SIMDL", device.simulator_dll);
+        PutIfSet("MONDL", device.monitor_dll);
+        PutIfSet("RGF", device.rgf);
+        PutIfSet("SIMCLK", device.simulator_clock);
+    }
+
+    void PutDefaults() {
+        Put("Name", target_.name);
+        Put("ADS_CParam", config::kDefaultCTemplate);
+        Put("ADS_AsmParam", config::kDefaultAsmTemplate);
+        Put("ADS_LinkParam", config::kDefaultLinkTemplate);
+        Put("ADS_OPTDBG", config::kDefaultDebugOptions);
+        Put("ADS_USRAPPFILE", "");
+    }
+
+    void PutSearchPaths() {
+        Put("SearchPath", SearchPathText(target_));
+        int recursive = 0;
+        for (const auto* list : {&target_.user_paths, &target_.system_paths}) {
+            for (const SearchPath& p : *list) recursive += p.recursive ? 1 : 0;
+        }
+        if (recursive > 0) {
+            target_notes_.Add(std::to_string(recursive) +
+                              " recursive search path(s) are taken over without their sub-folders");
+        }
+    }
+
+    void PutLinkerPanel() {
+        const PanelRecord& linker = target_.panels[kPanelLinker];
+        if (linker.present) Put("ADS_LNKPARAM", TranslateLinker(linker, PanelNotes("ARM Linker")));
+    }
+
+    void PutFileMap() {
+        const std::string map = MappingString(target_.mappings);
+        if (map.empty()) target_notes_.Add("no file mapping names an ADS tool");
+        Put("ADS_FileMap", map);
+    }
+
+    // The names are kept as the export has them, whatever the build makes of
+    // them; the output folder is always the default one.
+    void PutLinkers() {
+        const std::string& linker_name = target_.linker.linker;
+        if (!linker_name.empty() && LowerAscii(linker_name) != "arm linker" &&
+            LowerAscii(linker_name) != "arm librarian") {
+            target_notes_.Add("linker '" + linker_name + "' is not an ADS tool; the target is linked with armlink");
+        }
+        Put("ADS_LinkerName", linker_name);
+        Put("ADS_OUTPUT_DIR", config::kDefaultOutputDir);
+        const std::string& post = target_.linker.post_linker;
+        if (!post.empty() && !IsAdsPostLinker(post)) {
+            target_notes_.Add("post-linker '" + post + "' is not one the plug-in runs after a link");
+        }
+        Put("ADS_PostLnk", post.empty() ? config::kDefaultPostLink : post);
+    }
+
+    void PutFromElfPanel() {
+        const PanelRecord& elf = target_.panels[kPanelFromElf];
+        if (elf.present) Put("ADS_FromELFParam", TranslateFromElf(elf, PanelNotes("ARM fromELF")));
+    }
+
+    // A tool without a panel gets no key and one note names them all.
+    void PutToolPanels() {
+        std::string missing;
+        for (const ToolKey& k : kToolKeys) {
+            const PanelRecord& panel = target_.panels[k.panel];
+            if (!panel.present) {
+                missing += missing.empty() ? k.tool : std::string(", ") + k.tool;
+                continue;
+            }
+            const NoteSink sink = PanelNotes(kPanelToolNames[k.panel]);
+            if (k.panel == kPanelAssembler) {
+                Put(k.key, TranslateAssembler(panel, sink));
+            } else {
+                Put(k.key, TranslateCompiler(panel, k.panel == kPanelArmC || k.panel == kPanelThumbC, sink));
+            }
+        }
+        if (!missing.empty()) {
+            target_notes_.Add("the export has no panel for " + missing + "; the target keeps no options for " +
+                              (missing.find(',') == std::string::npos ? "that tool" : "those tools"));
+        }
+    }
+
+    void NoteWhatStaysBehind() const {
+        const PanelRecord& target_panel = target_.panels[kPanelTarget];
+        if (target_panel.present && !target_panel.rows[target_row::kOutputName].empty()) {
+            target_notes_.Add("output name '" + target_panel.rows[target_row::kOutputName].substr(12) +
+                              "' is not taken over; the image is named after the project");
+        }
+        if (!target_.debug_choice.empty()) {
+            target_notes_.Add("the debugger choice is not taken over; the target starts with the RDI debugger");
+        }
+    }
+
+    void PutDebugScripts() {
+        Put("ServeDebugOptions", "");
+        Put("InitScriptForSim", "");
+        Put("InitScriptForEmu", "");
+    }
+
+private:
+    void Put(const char* key, const std::string& value) { keys_.emplace_back(key, value); }
+    void PutIfSet(const char* key, const std::string& value) {
+        if (!value.empty()) Put(key, value);
+    }
+    NoteSink PanelNotes(const std::string& panel) const { return NoteSink{notes_, where_ + ", " + panel}; }
+
+    const ImportTarget& target_;
+    std::vector<std::string>* notes_;
+    const std::string where_;
+    const NoteSink target_notes_;
+    Attributes keys_;
+};
+
 }  // namespace
 
 std::string MappingString(const std::vector<FileMapping>& mappings) {
@@ -159,95 +287,18 @@ int FileKindOf(const std::string& path, const ImportModel& model) {
 }
 
 Attributes ConfigurationKeys(const ImportTarget& target, const DeviceSettings& device, std::vector<std::string>* notes) {
-    const std::string where = "target '" + target.name + "'";
-    const NoteSink target_notes{notes, where};
-    Attributes keys;
-    auto put = [&keys](const char* key, const std::string& value) { keys.emplace_back(key, value); };
-    auto put_device = [&](const char* key, const std::string& value) {
-        if (!value.empty()) put(key, value);
-    };
-
-    put_device("DEVICE", device.device);
-    put_device("VENDOR", device.vendor);
-    put_device("FAMINY", device.family);
-    put_device("CPU", device.cpu);
-    put_device("SIMDL", device.simulator_dll);
-    put_device("MONDL", device.monitor_dll);
-    put_device("RGF", device.rgf);
-    put_device("SIMCLK", device.simulator_clock);
-    put("Name", target.name);
-    put("ADS_CParam", config::kDefaultCTemplate);
-    put("ADS_AsmParam", config::kDefaultAsmTemplate);
-    put("ADS_LinkParam", config::kDefaultLinkTemplate);
-    put("ADS_OPTDBG", config::kDefaultDebugOptions);
-    put("ADS_USRAPPFILE", "");
-
-    put("SearchPath", SearchPathText(target));
-    int recursive = 0;
-    for (const auto* list : {&target.user_paths, &target.system_paths}) {
-        for (const SearchPath& p : *list) recursive += p.recursive ? 1 : 0;
-    }
-    if (recursive > 0) {
-        target_notes.Add(std::to_string(recursive) +
-                         " recursive search path(s) are taken over without their sub-folders");
-    }
-
-    const PanelRecord& linker = target.panels[kPanelLinker];
-    if (linker.present) {
-        put("ADS_LNKPARAM", TranslateLinker(linker, NoteSink{notes, where + ", ARM Linker"}));
-    }
-
-    const std::string map = MappingString(target.mappings);
-    if (map.empty()) target_notes.Add("no file mapping names an ADS tool");
-    put("ADS_FileMap", map);
-
-    const std::string& linker_name = target.linker.linker;
-    if (!linker_name.empty() && LowerAscii(linker_name) != "arm linker" && LowerAscii(linker_name) != "arm librarian") {
-        target_notes.Add("linker '" + linker_name + "' is not an ADS tool; the target is linked with armlink");
-    }
-    put("ADS_LinkerName", linker_name);
-    put("ADS_OUTPUT_DIR", config::kDefaultOutputDir);
-    const std::string& post = target.linker.post_linker;
-    if (!post.empty() && !IsAdsPostLinker(post)) {
-        target_notes.Add("post-linker '" + post + "' is not one the plug-in runs after a link");
-    }
-    put("ADS_PostLnk", post.empty() ? config::kDefaultPostLink : post);
-
-    const PanelRecord& elf = target.panels[kPanelFromElf];
-    if (elf.present) put("ADS_FromELFParam", TranslateFromElf(elf, NoteSink{notes, where + ", ARM fromELF"}));
-
-    std::string missing;
-    for (const ToolKey& k : kToolKeys) {
-        const PanelRecord& panel = target.panels[k.panel];
-        if (!panel.present) {
-            missing += missing.empty() ? k.tool : std::string(", ") + k.tool;
-            continue;
-        }
-        const NoteSink sink{notes, where + ", " + kPanelToolNames[k.panel]};
-        if (k.panel == kPanelAssembler) {
-            put(k.key, TranslateAssembler(panel, sink));
-        } else {
-            put(k.key, TranslateCompiler(panel, k.panel == kPanelArmC || k.panel == kPanelThumbC, sink));
-        }
-    }
-    if (!missing.empty()) {
-        target_notes.Add("the export has no panel for " + missing + "; the target keeps no options for " +
-                         (missing.find(',') == std::string::npos ? "that tool" : "those tools"));
-    }
-
-    const PanelRecord& target_panel = target.panels[kPanelTarget];
-    if (target_panel.present && !target_panel.rows[target_row::kOutputName].empty()) {
-        target_notes.Add("output name '" + target_panel.rows[target_row::kOutputName].substr(12) +
-                         "' is not taken over; the image is named after the project");
-    }
-    if (!target.debug_choice.empty()) {
-        target_notes.Add("the debugger choice is not taken over; the target starts with the RDI debugger");
-    }
-
-    put("ServeDebugOptions", "");
-    put("InitScriptForSim", "");
-    put("InitScriptForEmu", "");
-    return keys;
+    TargetKeys keys(target, notes);
+    keys.PutDevice(device);
+    keys.PutDefaults();
+    keys.PutSearchPaths();
+    keys.PutLinkerPanel();
+    keys.PutFileMap();
+    keys.PutLinkers();
+    keys.PutFromElfPanel();
+    keys.PutToolPanels();
+    keys.NoteWhatStaysBehind();
+    keys.PutDebugScripts();
+    return keys.Take();
 }
 
 std::vector<std::string> ImportNotes(const ImportModel& model) {

@@ -16,6 +16,7 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <utility>
 
 namespace ads::platform {
 namespace {
@@ -64,21 +65,26 @@ std::string CurrentFolder() {
     return folder;
 }
 
+// A read that a signal does not cut short.
+ssize_t ReadOnce(int fd, void* buffer, size_t size) {
+    ssize_t count;
+    do {
+        count = ::read(fd, buffer, size);
+    } while (count < 0 && errno == EINTR);
+    return count;
+}
+
 bool IsWindowsProgram(const std::string& path) {
     const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
     if (fd < 0) return false;
     char magic[2] = {};
-    ssize_t count;
-    do {
-        count = ::read(fd, magic, sizeof magic);
-    } while (count < 0 && errno == EINTR);
+    const ssize_t count = ReadOnce(fd, magic, sizeof magic);
     ::close(fd);
     return count == 2 && magic[0] == 'M' && magic[1] == 'Z';
 }
 
-void CloseIfOpen(int& fd) {
-    if (fd >= 0) ::close(fd);
-    fd = -1;
+std::string CannotRun(const std::string& program, int error) {
+    return "cannot run " + program + ": " + ErrnoText(error);
 }
 
 [[noreturn]] void GiveUp(int report, StartFailure::Step step) {
@@ -107,139 +113,195 @@ void CloseIfOpen(int& fd) {
     GiveUp(report, StartFailure::kExec);
 }
 
-}  // namespace
+// A descriptor that is closed when it goes out of scope, so that no early
+// return leaks one.
+class Descriptor {
+public:
+    Descriptor() = default;
+    explicit Descriptor(int fd) : fd_(fd) {}
+    Descriptor(Descriptor&& other) noexcept : fd_(other.fd_) { other.fd_ = -1; }
+    Descriptor& operator=(Descriptor&& other) noexcept {
+        std::swap(fd_, other.fd_);
+        return *this;
+    }
+    ~Descriptor() { Close(); }
 
-RunResult PosixProcessRunner::Run(const std::string& command_line,
-                                  const std::string& working_directory, size_t limit) {
-    RunResult result;
-    std::vector<std::string> words = SplitCommandLine(command_line);
-    if (words.empty() || words[0].empty()) {
-        result.error = "no program to run in the command line \"" + command_line + "\"";
-        return result;
+    bool OpenForReading(const char* path) {
+        *this = Descriptor(::open(path, O_RDONLY | O_CLOEXEC));
+        return valid();
+    }
+    int get() const { return fd_; }
+    bool valid() const { return fd_ >= 0; }
+    void Close() {
+        if (fd_ >= 0) ::close(fd_);
+        fd_ = -1;
     }
 
-    // Only the program's own path is ours to translate; the arguments are
-    // the tool's business and pass as written.
-    const std::string name = SystemPath(words[0]);
+private:
+    int fd_ = -1;
+};
+
+struct Pipe {
+    Descriptor read;
+    Descriptor write;
+
+    bool Open() {
+        int ends[2] = {-1, -1};
+        if (::pipe2(ends, O_CLOEXEC) != 0) return false;
+        read = Descriptor(ends[0]);
+        write = Descriptor(ends[1]);
+        return true;
+    }
+};
+
+// What execv runs and the argv it gets.
+struct Invocation {
     std::string program;
+    std::vector<std::string> arguments;
+};
+
+// Where the program is, found the way CreateProcess would find it; empty,
+// with `error` set, when it is not there.
+std::string LocateProgram(const std::string& word, const std::string& name, std::string* error) {
     if (name.find('/') == std::string::npos) {
         // A bare name is looked for where CreateProcess looks: our own
         // program's folder, our current folder, then the search path.
         std::vector<std::string> folders = {ExecutableFolder(), CurrentFolder()};
         const std::vector<std::string> path = SearchPath();
         folders.insert(folders.end(), path.begin(), path.end());
-        program = FindIn(folders, name);
-        if (program.empty()) {
-            result.error = "cannot run " + words[0] + ": " + ErrnoText(ENOENT);
-            return result;
-        }
-    } else if (name[0] != '/') {
-        const std::string current = CurrentFolder();
-        if (current.empty()) {
-            result.error = "cannot run " + words[0] + ": " + ErrnoText(errno);
-            return result;
-        }
-        program = current + "/" + name;
-    } else {
-        program = name;
+        std::string program = FindIn(folders, name);
+        if (program.empty()) *error = CannotRun(word, ENOENT);
+        return program;
     }
+    if (name[0] == '/') return name;
+    const std::string current = CurrentFolder();
+    if (current.empty()) {
+        *error = CannotRun(word, errno);
+        return std::string();
+    }
+    return current + "/" + name;
+}
 
-    std::vector<std::string> arguments;
+bool PrepareInvocation(const std::vector<std::string>& words, Invocation* invocation, std::string* error) {
+    // Only the program's own path is ours to translate; the arguments are
+    // the tool's business and pass as written.
+    const std::string name = SystemPath(words[0]);
+    std::string program = LocateProgram(words[0], name, error);
+    if (program.empty()) return false;
     if (IsWindowsProgram(program)) {
         const std::string wine = FindIn(SearchPath(), "wine");
         if (wine.empty()) {
-            result.error = "cannot run the Windows program " + words[0] + ": wine is not installed";
-            return result;
+            *error = "cannot run the Windows program " + words[0] + ": wine is not installed";
+            return false;
         }
         // wine starts in the working directory: give it the resolved path.
-        arguments = {wine, program};
-        program = wine;
+        invocation->arguments = {wine, program};
+        invocation->program = wine;
     } else {
-        arguments = {name};
+        invocation->arguments = {name};
+        invocation->program = program;
     }
-    arguments.insert(arguments.end(), words.begin() + 1, words.end());
+    invocation->arguments.insert(invocation->arguments.end(), words.begin() + 1, words.end());
+    return true;
+}
 
+// The parent's ends of a started child.
+struct Child {
+    pid_t pid = -1;
+    Descriptor output;  // its standard output and error
+    Descriptor report;  // a StartFailure, or end of file once the exec succeeded
+};
+
+// Starts the child with no input; answers 0, or the errno of what failed.
+int Spawn(Invocation& invocation, const std::string& directory, Child* child) {
     std::vector<char*> argv;
-    for (std::string& argument : arguments) argv.push_back(&argument[0]);
+    for (std::string& argument : invocation.arguments) argv.push_back(&argument[0]);
     argv.push_back(nullptr);
 
-    const std::string directory = SystemPath(working_directory);
-
-    int output[2] = {-1, -1};
-    int report[2] = {-1, -1};
-    int input = -1;
-    auto close_all = [&] {
-        CloseIfOpen(output[0]);
-        CloseIfOpen(output[1]);
-        CloseIfOpen(report[0]);
-        CloseIfOpen(report[1]);
-        CloseIfOpen(input);
-    };
-    if (::pipe2(output, O_CLOEXEC) != 0 || ::pipe2(report, O_CLOEXEC) != 0 ||
-        (input = ::open("/dev/null", O_RDONLY | O_CLOEXEC)) < 0) {
-        result.error = "cannot run " + words[0] + ": " + ErrnoText(errno);
-        close_all();
-        return result;
-    }
-
+    Pipe output;
+    Pipe report;
+    Descriptor input;
+    if (!output.Open() || !report.Open() || !input.OpenForReading("/dev/null")) return errno;
     const pid_t pid = ::fork();
-    if (pid < 0) {
-        result.error = "cannot run " + words[0] + ": " + ErrnoText(errno);
-        close_all();
+    if (pid < 0) return errno;
+    if (pid == 0) {
+        StartChild(invocation.program.c_str(), argv.data(), directory.empty() ? nullptr : directory.c_str(),
+                   input.get(), output.write.get(), report.write.get());
+    }
+    // The write ends close here: the output pipe then ends when the child does.
+    child->pid = pid;
+    child->output = std::move(output.read);
+    child->report = std::move(report.read);
+    return 0;
+}
+
+// The report pipe closes at a successful exec; anything in it means the
+// child ended before it became the program.
+bool ChildFailedToStart(Child* child, StartFailure* failure) {
+    const ssize_t count = ReadOnce(child->report.get(), failure, sizeof *failure);
+    child->report.Close();
+    return count == static_cast<ssize_t>(sizeof *failure);
+}
+
+// Reads to the end; what passes the limit is read and dropped, so the child
+// never blocks on a full pipe.
+void ReadOutput(int fd, size_t limit, RunResult* result) {
+    char buffer[65536];
+    for (;;) {
+        const ssize_t count = ReadOnce(fd, buffer, sizeof buffer);
+        if (count <= 0) break;
+        const size_t room = limit - result->output.size();
+        const size_t size = static_cast<size_t>(count);
+        if (size > room) result->truncated = true;
+        result->output.append(buffer, size < room ? size : room);
+    }
+}
+
+// The exit code, 128 + the signal for a child that a signal ended, -1 when
+// it cannot be known.
+int WaitForExit(pid_t pid) {
+    int status = 0;
+    while (::waitpid(pid, &status, 0) < 0) {
+        if (errno != EINTR) return -1;
+    }
+    if (WIFEXITED(status)) return WEXITSTATUS(status);
+    if (WIFSIGNALED(status)) return 128 + WTERMSIG(status);
+    return -1;
+}
+
+}  // namespace
+
+RunResult PosixProcessRunner::Run(const std::string& command_line,
+                                  const std::string& working_directory, size_t limit) {
+    RunResult result;
+    const std::vector<std::string> words = SplitCommandLine(command_line);
+    if (words.empty() || words[0].empty()) {
+        result.error = "no program to run in the command line \"" + command_line + "\"";
         return result;
     }
-    if (pid == 0) {
-        StartChild(program.c_str(), argv.data(), directory.empty() ? nullptr : directory.c_str(),
-                   input, output[1], report[1]);
+    Invocation invocation;
+    if (!PrepareInvocation(words, &invocation, &result.error)) return result;
+
+    Child child;
+    if (const int error = Spawn(invocation, SystemPath(working_directory), &child)) {
+        result.error = CannotRun(words[0], error);
+        return result;
     }
-
-    CloseIfOpen(output[1]);
-    CloseIfOpen(report[1]);
-    CloseIfOpen(input);
-
-    auto wait_for_child = [pid]() {
-        int status = 0;
-        while (::waitpid(pid, &status, 0) < 0) {
-            if (errno != EINTR) return -1;
-        }
-        if (WIFEXITED(status)) return WEXITSTATUS(status);
-        if (WIFSIGNALED(status)) return 128 + WTERMSIG(status);
-        return -1;
-    };
-
-    // The report pipe closes at a successful exec; anything in it means the
-    // child ended before it became the program.
     StartFailure failure{};
-    ssize_t count;
-    do {
-        count = ::read(report[0], &failure, sizeof failure);
-    } while (count < 0 && errno == EINTR);
-    CloseIfOpen(report[0]);
-    if (count == static_cast<ssize_t>(sizeof failure)) {
-        CloseIfOpen(output[0]);
-        wait_for_child();
-        if (failure.step == StartFailure::kWorkingDirectory) {
-            result.error = "cannot run " + words[0] + " in the folder " + working_directory + ": " +
-                           ErrnoText(failure.error);
-        } else {
-            result.error = "cannot run " + words[0] + ": " + ErrnoText(failure.error);
-        }
+    if (ChildFailedToStart(&child, &failure)) {
+        child.output.Close();
+        WaitForExit(child.pid);
+        result.error = failure.step == StartFailure::kWorkingDirectory
+                           ? "cannot run " + words[0] + " in the folder " + working_directory + ": " +
+                                 ErrnoText(failure.error)
+                           : CannotRun(words[0], failure.error);
         return result;
     }
 
     result.started = true;
-    char buffer[65536];
-    for (;;) {
-        count = ::read(output[0], buffer, sizeof buffer);
-        if (count < 0 && errno == EINTR) continue;
-        if (count <= 0) break;
-        const size_t room = limit - result.output.size();
-        const size_t size = static_cast<size_t>(count);
-        if (size > room) result.truncated = true;
-        result.output.append(buffer, size < room ? size : room);
-    }
-    CloseIfOpen(output[0]);
-    result.exit_code = wait_for_child();
+    ReadOutput(child.output.get(), limit, &result);
+    child.output.Close();
+    result.exit_code = WaitForExit(child.pid);
     return result;
 }
 
