@@ -18,7 +18,7 @@ namespace ads::options {
 
 // "Target" (_Asm_Tar): the first two positions are the reverse of the
 // compilers' "_Tar" page, on purpose.
-enum AsmTargetPosition : int { kAsmTarFpu = 0, kAsmTarProcessor = 1, kAsmTarByteOrder = 2, kAsmTarInitialState = 3 };
+enum AsmTargetPosition : int { kAsmTarFpu, kAsmTarProcessor, kAsmTarByteOrder, kAsmTarInitialState };
 inline constexpr OptionChoice kInitialStateChoices[] = {{"ARM", ""}, {"Thumb", " -16"}, {}};
 inline constexpr OptionRow kAsmTargetRows[] = {
     Combo("Architecture Or Processor", "", kAsmTarProcessor, ChoiceSource::kProcessors),
@@ -29,10 +29,10 @@ inline constexpr OptionRow kAsmTargetRows[] = {
 
 // "ATPCS" (_Asm_Atpcs).
 enum AsmAtpcsPosition : int {
-    kAsmSoftwareStack = 0, kAsmCallingStandard = 1, kAsmRegNames = 2, kAsmInterwork = 3, kAsmRopi = 4, kAsmRwpi = 5,
-};
+    kAsmSoftwareStack, kAsmCallingStandard, kAsmRegNames, kAsmInterwork, kAsmRopi, kAsmRwpi };
 inline constexpr char kAsmAtpcsGroup[] = "Procedure Call Standard Option";
-inline constexpr OptionChoice kSoftwareStackChoices[] = {{"On", "/swst"}, {"Off", ""}, {"Not Applicable", "/swstna"}, {}};
+inline constexpr OptionChoice kSoftwareStackChoices[] = {
+    {"On", "/swst"}, {"Off", ""}, {"Not Applicable", "/swstna"}, {}};
 inline constexpr OptionChoice kCallingStandardChoices[] = {{"ATPCS", ""}, {"None", " -apcs none"}, {}};
 inline constexpr OptionChoice kRegNamesChoices[] = {{"ATPCS", ""}, {"None", " -regnames none"}, {}};
 inline constexpr OptionRow kAsmAtpcsRows[] = {
@@ -45,9 +45,7 @@ inline constexpr OptionRow kAsmAtpcsRows[] = {
 };
 
 // "Option" (_Asm_Opt).
-enum AsmOptionPosition : int {
-    kAsmCheckRegList = 0, kAsmNoWarn = 1, kAsmDebug = 2, kAsmKeep = 3, kAsmNoEsc = 4, kAsmSplitLdm = 5,
-};
+enum AsmOptionPosition : int { kAsmCheckRegList, kAsmNoWarn, kAsmDebug, kAsmKeep, kAsmNoEsc, kAsmSplitLdm };
 inline constexpr OptionRow kAssemblerOptionRows[] = {
     Check("Check Register lists", "", kAsmCheckRegList, " -checkreglist"),
     Check("No Warnings", "", kAsmNoWarn, " -nowarn"),
@@ -75,7 +73,7 @@ inline constexpr OptionRow kPredefinesRows[] = {
 
 // "Listing Control" (_Asm_LC) and its two "Page" fields, width (_Asm_LC_PG1)
 // and length (_Asm_LC_PG2).
-enum AsmListingPosition : int { kAsmListOn = 0, kAsmTerse = 1, kAsmXref = 2, kAsmContinuous = 3 };
+enum AsmListingPosition : int { kAsmListOn, kAsmTerse, kAsmXref, kAsmContinuous };
 inline constexpr char kDefaultListingWidth[] = "79";
 inline constexpr char kDefaultListingLength[] = "66";
 inline constexpr OptionRow kListingRows[] = {

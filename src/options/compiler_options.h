@@ -17,11 +17,11 @@
 namespace ads::options {
 
 // The pages of the property sheet, one table each, in tab order. The
-// positions are those of the page states; the rows are in the order the page
-// shows them.
+// position enums number the values of each page state in order; the rows
+// are in the order the page shows them.
 
 // "Target and Source" (_Tar).
-enum TargetPosition : int { kTarProcessor = 0, kTarFpu = 1, kTarLanguage = 2, kTarByteOrder = 3 };
+enum TargetPosition : int { kTarProcessor, kTarFpu, kTarLanguage, kTarByteOrder };
 inline constexpr OptionChoice kByteOrderChoices[] = {{"Big Endian", " -bi"}, {"Little Endian", ""}, {}};
 inline constexpr OptionRow kTargetRows[] = {
     Combo("Architecture Or Processor", "", kTarProcessor, ChoiceSource::kProcessors),
@@ -31,7 +31,7 @@ inline constexpr OptionRow kTargetRows[] = {
 };
 
 // "ATPCS" (_Atpcs): the boxes are written together behind one " -apcs ".
-enum CompilerAtpcsPosition : int { kAtpcsInterwork = 0, kAtpcsSwst = 1, kAtpcsRopi = 2, kAtpcsRwpi = 3 };
+enum CompilerAtpcsPosition : int { kAtpcsInterwork, kAtpcsSwst, kAtpcsRopi, kAtpcsRwpi };
 inline constexpr char kCompilerAtpcsGroup[] = "ARM/Thumb Procedure Call Standard Option";
 inline constexpr OptionRow kCompilerAtpcsRows[] = {
     Check("ARM/Thumb interworking", kCompilerAtpcsGroup, kAtpcsInterwork, "/interwork"),
@@ -42,7 +42,7 @@ inline constexpr OptionRow kCompilerAtpcsRows[] = {
 
 // "Warnings" (_Warnings): two switches, then one position per letter of the
 // " -W" list. The labels are kept as the page shows them, misspellings too.
-enum WarningPosition : int { kWarnNone = 0, kWarnAll = 1 };
+enum WarningPosition : int { kWarnNone, kWarnAll };
 inline constexpr char kWarnCAndCpp[] = "Warn for (C and C++)";
 inline constexpr char kWarnCOnly[] = "Warn for (C Only)";
 inline constexpr OptionRow kWarningRows[] = {
@@ -78,7 +78,7 @@ inline constexpr OptionRow kErrorRows[] = {
 };
 
 // "Debug/Opt" (_Debug_Opt).
-enum DebugPosition : int { kDbgTables = 0, kDbgPreproSymbols = 1, kDbgInline = 2, kDbgLevel = 3, kDbgCriterion = 4 };
+enum DebugPosition : int { kDbgTables, kDbgPreproSymbols, kDbgInline, kDbgLevel, kDbgCriterion };
 inline constexpr OptionChoice kLevelChoices[] = {{"Minimum (best debug view)", " -O0"},
                                                  {"Most (good debug view,good code)", " -O1"},
                                                  {"ALL (poor debug view,best code)", " -O2"},
@@ -101,13 +101,14 @@ inline constexpr OptionRow kPreprocessorRows[] = {
 };
 
 // "Code Gen" (_Code_Gen).
-enum CodeGenPosition : int { kGenEnumInt = 0, kGenSignedChar = 1, kGenSplitLdm = 2, kGenFloatConstants = 3, kGenSections = 4 };
+enum CodeGenPosition : int { kGenEnumInt, kGenSignedChar, kGenSplitLdm, kGenFloatConstants, kGenSections };
 inline constexpr char kCodeGenGroup[] = "Code Generation Options";
 inline constexpr OptionRow kCodeGenRows[] = {
     Check("Enum container always int", kCodeGenGroup, kGenEnumInt, " -fy"),
     Check("Plain char is signed", kCodeGenGroup, kGenSignedChar, " -zc"),
     Check("Split load and store multiple", kCodeGenGroup, kGenSplitLdm, " -split_ldm"),
-    Check("Narrow bouble constants to float constants", kCodeGenGroup, kGenFloatConstants, " -auto_float_constants"),
+    Check("Narrow bouble constants to float constants", kCodeGenGroup, kGenFloatConstants,
+          " -auto_float_constants"),
     Check("One ELF section per function", kCodeGenGroup, kGenSections, " -zo"),
 };
 

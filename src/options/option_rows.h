@@ -57,7 +57,8 @@ constexpr OptionRow Letter(const char* label, const char* group, int position, c
             ChoiceSource::kListed, nullptr, -1, ""};
 }
 constexpr OptionRow Radio(const char* label, const char* group, int position, const OptionChoice* choices) {
-    return {ControlKind::kRadioGroup, label, group, position, "", "", 0, false, ChoiceSource::kListed, choices, -1, ""};
+    return {ControlKind::kRadioGroup, label, group, position, "", "", 0, false,
+            ChoiceSource::kListed, choices, -1, ""};
 }
 constexpr OptionRow Combo(const char* label, const char* group, int position, ChoiceSource source,
                           const OptionChoice* choices = nullptr) {

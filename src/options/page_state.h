@@ -3,9 +3,9 @@
 // A PageState is one settings page's controls as decimal integers separated
 // by commas ("%d,%d,%d,%d" for a 4-value page; a page's size follows from its
 // table of rows). A check box holds 0 or 1, a radio group or combo box the
-// index of its entry. -1 means "not set here": the position takes the value of the
-// tool-wide option string. Text pages (defines, predefines, via files, the
-// listing dimensions) hold their text instead.
+// index of its entry. -1 means "not set here": the position takes the value
+// of the tool-wide option string. Text pages (defines, predefines, via files,
+// the listing dimensions) hold their text instead.
 //
 // Each tool family keeps a set of 16 slots per target, one slot per page at
 // a fixed place (CompilerSlot, AssemblerSlot). In the project tree the slots
@@ -152,7 +152,8 @@ enum class Family { kArmC, kThumbC, kArmCpp, kThumbCpp, kArmAsm };
 constexpr int kFamilyCount = 5;
 
 // Slots of the four compiler families and of the assembler, in page-state sets.
-enum CompilerSlot : int { kCcTar, kCcAtpcs, kCcWarnings, kCcErrors, kCcDebugOpt, kCcCodeGen, kCcPrePro, kCcExtras };
+enum CompilerSlot : int {
+    kCcTar, kCcAtpcs, kCcWarnings, kCcErrors, kCcDebugOpt, kCcCodeGen, kCcPrePro, kCcExtras };
 enum AssemblerSlot : int { kAsmTar, kAsmAtpcs, kAsmOpt, kAsmLc, kAsmLcPg1, kAsmLcPg2, kAsmPds, kAsmEts };
 
 inline constexpr char kCompilerStatesNode[] = "ADS_CParam";

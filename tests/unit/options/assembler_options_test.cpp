@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "options/option_error.h"
-
 namespace ads::options {
 namespace {
 
@@ -83,20 +81,6 @@ TEST(AssemblerWrite, SingleItems) {
         row.edit(a);
         EXPECT_EQ(WriteAssemblerOptions(a), row.expected) << row.name;
     }
-}
-
-TEST(AssemblerWrite, AnUnresolvedPositionRaisesGetArmAssOptionError) {
-    for (int slot : {kAsmTar, kAsmAtpcs, kAsmOpt, kAsmLc}) {
-        PageStateSet states = ToPageStates(Defaults());
-        states[slot] = "-1" + states[slot].substr(states[slot].find(','));
-        try {
-            WriteAssemblerOptions(FromPageStates<AssemblerSettings>(states));
-            ADD_FAILURE() << "slot " << slot;
-        } catch (const OptionError& e) {
-            EXPECT_STREQ(e.what(), "GetArmAssOption Error");
-        }
-    }
-    EXPECT_THROW(EffectiveAssemblerOptions(" -cpu Cortex", {}), OptionError);
 }
 
 TEST(AssemblerEffective, TargetStatesUseTheAssemblerLayout) {

@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include "options/assembler_options.h"
 #include "options/option_error.h"
+#include "options/option_tables.h"
+#include "options/pages.h"
 
 namespace ads::options {
 namespace {
@@ -135,20 +138,36 @@ TEST(CompilerWrite, SingleItems) {
     }
 }
 
-TEST(CompilerWrite, AnUnresolvedPositionRaisesGetTempCCppOptionError) {
-    for (int slot = kCcTar; slot <= kCcCodeGen; ++slot) {
-        PageStateSet states = ToPageStates(Defaults());
-        states[slot] = "-1" + states[slot].substr(states[slot].find(','));
-        try {
-            WriteCompilerOptions(FromPageStates<CompilerSettings>(states), kC);
-            ADD_FAILURE() << "slot " << slot;
-        } catch (const OptionError& e) {
-            EXPECT_STREQ(e.what(), "GetTempCCppOption Error");
+// Each position of each integer page, left -1, stops its family's writer
+// with the family's text.
+template <class Settings, class Write>
+void ExpectEveryUnsetPositionFails(const Settings& resolved, Family family, const char* text, Write write) {
+    for (const PageDescription& page : DescribePages(family, PageVariant::kToolWide)) {
+        for (int position = 0; position < page.value_count; ++position) {
+            PageStateSet states = ToPageStates(resolved);
+            std::vector<int> values(page.value_count);
+            ScanPageState(states[page.slot], values.data(), page.value_count);
+            values[position] = kUnset;
+            states[page.slot] = FormatPageState(values.data(), page.value_count);
+            try {
+                write(FromPageStates<Settings>(states));
+                ADD_FAILURE() << page.title << " position " << position;
+            } catch (const OptionError& e) {
+                EXPECT_STREQ(e.what(), text);
+            }
         }
     }
+}
+
+TEST(Write, AnUnresolvedPositionRaisesTheFamilysError) {
+    ExpectEveryUnsetPositionFails(Defaults(), Family::kArmC, "GetTempCCppOption Error",
+                                  [](const CompilerSettings& s) { WriteCompilerOptions(s, kC); });
+    ExpectEveryUnsetPositionFails(ReadAssemblerSettings(""), Family::kArmAsm, "GetArmAssOption Error",
+                                  [](const AssemblerSettings& a) { WriteAssemblerOptions(a); });
     CompilerSettings s = Defaults();
-    s.target[kTarProcessor] = 62;
+    s.target[kTarProcessor] = kProcessorCount;
     EXPECT_THROW(WriteCompilerOptions(s, kC), OptionError) << "a processor index outside the table";
+    EXPECT_THROW(EffectiveAssemblerOptions(" -cpu Cortex", {}), OptionError) << "an unknown tool-wide processor";
 }
 
 TEST(CompilerEffective, TargetStatesOverTheToolWideString) {
