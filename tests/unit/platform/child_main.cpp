@@ -6,6 +6,8 @@
 //   --bytes N       print N bytes ("0123456789" over and over)
 //   --cwd           print the working directory as "cwd=..."
 //   --sleep MS      wait MS milliseconds
+//   --wait-for FILE MS  wait until FILE exists, at most MS milliseconds; print
+//                   "released" or "timed out"
 //   --signal        end by SIGTERM (POSIX only)
 //   --exit N        end with exit code N
 // Every write is flushed at once, so the order in the shared pipe is the order
@@ -57,6 +59,13 @@ int main(int argc, char** argv) {
             Write(stdout, "cwd=" + std::filesystem::current_path().string() + "\n");
         } else if (verb == "--sleep" && has_value) {
             std::this_thread::sleep_for(std::chrono::milliseconds(std::atol(argv[++i])));
+        } else if (verb == "--wait-for" && i + 2 < argc) {
+            const std::filesystem::path file = argv[++i];
+            const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(std::atol(argv[++i]));
+            while (!std::filesystem::exists(file) && std::chrono::steady_clock::now() < end) {
+                std::this_thread::sleep_for(std::chrono::milliseconds(20));
+            }
+            Write(stdout, std::filesystem::exists(file) ? "released\n" : "timed out\n");
         } else if (verb == "--signal") {
             std::raise(SIGTERM);
         } else if (verb == "--exit" && has_value) {

@@ -266,56 +266,48 @@ TEST(ProcessRunnerTest, ParallelRunsEachGetTheirOwnOutputAndExitCode) {
     }
 }
 
-// A child started by one thread must not hold the pipe of another thread's
-// run, or that run would wait for the wrong child to end: slow children are
-// started again and again while quick runs go on beside them, and no quick
-// run may last as long as a slow child lives.
+// Each run's child must inherit only its own pipe. Had a slow child
+// inherited the write end of a quick run's pipe, that quick run would not end
+// before the slow child did. The slow children here live until the test
+// releases them, which it does only after every quick run has ended: a quick
+// run held up by a slow child would wait until the slow ones give up, and
+// they would say "timed out". No clock decides the outcome.
 TEST(ProcessRunnerTest, ASlowProgramDoesNotHoldUpQuickRunsBesideIt) {
-    using Clock = std::chrono::steady_clock;
-    constexpr int kSlowThreads = 4;
-    constexpr int kQuickThreads = 6;
-    const auto slow_deadline = Clock::now() + std::chrono::seconds(4);
-    std::atomic<int> slow_left{kSlowThreads};
-    std::atomic<int> wrong_outputs{0};
-    std::mutex first_wrong_lock;
-    std::string first_wrong;
-    std::vector<double> longest(kQuickThreads, 0.0);
-    std::vector<int> quick_runs(kQuickThreads, 0);
-    std::vector<std::thread> threads;
-    for (int s = 0; s < kSlowThreads; ++s) {
-        threads.emplace_back([s, slow_deadline, &slow_left] {
-            std::this_thread::sleep_for(std::chrono::milliseconds(100 * s));
-            while (Clock::now() < slow_deadline) RunCommand(Child("--sleep 2500"));
-            --slow_left;
+    constexpr int kSlowChildren = 8;
+    constexpr int kQuickThreads = 4;
+    test_support::TempFolder folder;
+    const std::string release = folder.path() + "/release";
+    std::atomic<int> slow_started{0};
+    std::vector<RunResult> slow_results(kSlowChildren);
+    std::vector<std::string> wrong_quick(kQuickThreads);
+    std::vector<std::thread> slow;
+    for (int s = 0; s < kSlowChildren; ++s) {
+        slow.emplace_back([s, &release, &slow_started, &slow_results] {
+            std::this_thread::sleep_for(std::chrono::milliseconds(40 * s));
+            ++slow_started;
+            slow_results[s] = RunCommand(Child("--wait-for " + QuoteArgument(release) + " 120000"));
         });
     }
+    std::vector<std::thread> quick;
     for (int q = 0; q < kQuickThreads; ++q) {
-        threads.emplace_back([q, &slow_left, &wrong_outputs, &first_wrong_lock, &first_wrong, &longest,
-                              &quick_runs] {
-            while (slow_left > 0) {
-                const auto start = Clock::now();
+        quick.emplace_back([q, &slow_started, &wrong_quick] {
+            // Quick runs go on while slow children are being started, and a few after.
+            for (int after = 0; after < 3;) {
+                if (slow_started == kSlowChildren) ++after;
                 const RunResult result = RunCommand(Child("--out quick"));
-                const double seconds = std::chrono::duration<double>(Clock::now() - start).count();
-                if (result.output != "quick\n") {
-                    ++wrong_outputs;
-                    std::lock_guard<std::mutex> lock(first_wrong_lock);
-                    if (first_wrong.empty()) {
-                        first_wrong = "started=" + std::to_string(result.started) + " exit=" +
-                                      std::to_string(result.exit_code) + " error=" + result.error +
-                                      " output=[" + result.output + "]";
-                    }
+                if (result.output != "quick\n" && wrong_quick[q].empty()) {
+                    wrong_quick[q] = "exit=" + std::to_string(result.exit_code) + " error=" + result.error +
+                                     " output=[" + result.output + "]";
                 }
-                longest[q] = std::max(longest[q], seconds);
-                ++quick_runs[q];
             }
         });
     }
-    for (std::thread& thread : threads) thread.join();
-    EXPECT_EQ(wrong_outputs, 0) << "first: " << first_wrong;
-    for (int q = 0; q < kQuickThreads; ++q) {
-        EXPECT_GT(quick_runs[q], 0) << "thread " << q;
-        // A run whose pipe a slow child shared would last about 2.5 s.
-        EXPECT_LT(longest[q], 1.5) << "thread " << q << " after " << quick_runs[q] << " runs";
+    for (std::thread& thread : quick) thread.join();
+    std::ofstream(release).put('x');
+    for (std::thread& thread : slow) thread.join();
+    for (int q = 0; q < kQuickThreads; ++q) EXPECT_EQ("", wrong_quick[q]) << "quick thread " << q;
+    for (int s = 0; s < kSlowChildren; ++s) {
+        EXPECT_EQ("released\n", slow_results[s].output) << "slow child " << s << ": a quick run waited for it";
     }
 }
 
