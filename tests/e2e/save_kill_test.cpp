@@ -25,8 +25,8 @@ namespace {
 
 constexpr int kFiles = 100000;
 constexpr int kRounds = 10;
-constexpr int kMinRounds = 4;
-constexpr std::chrono::seconds kBudget(20);
+constexpr int kMinRounds = 3;
+constexpr std::chrono::seconds kBudget(15);
 constexpr unsigned kSeed = 1124;
 
 #ifndef _WIN32

@@ -5,7 +5,8 @@ if(ADS_FUZZ AND CMAKE_CXX_COMPILER_ID MATCHES "Clang")
   add_executable(ads_registry_fuzz
     ${CMAKE_CURRENT_LIST_DIR}/registry_fuzz.cpp
     ${PROJECT_SOURCE_DIR}/src/platform/registry_file.cpp)
-  target_include_directories(ads_registry_fuzz PRIVATE ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR}/include)
+  target_include_directories(ads_registry_fuzz PRIVATE
+    ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR}/include ${PROJECT_SOURCE_DIR}/tests)
   target_compile_options(ads_registry_fuzz PRIVATE
     -fsanitize=fuzzer,address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer -g)
   target_link_options(ads_registry_fuzz PRIVATE -fsanitize=fuzzer,address,undefined)

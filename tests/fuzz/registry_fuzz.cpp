@@ -18,8 +18,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/platform.h"
 #include "platform/registry.h"
+#include "support/fake_platform.h"
 
 namespace {
 
@@ -31,22 +31,13 @@ void Require(bool condition) {
 
 const char kPath[] = "/r.reg";
 
-// One file in memory; folders always exist.
-class MemoryFiles final : public FileSystem {
+// Files in memory; folders always exist.
+class MemoryFiles final : public ads::testing::FakeFiles {
 public:
     std::map<std::string, std::string> contents;
 
-    bool FileExists(const std::string& path) override { return contents.count(path) > 0; }
     bool PathExists(const std::string& path) override { return contents.count(path) > 0; }
     bool IsDirectory(const std::string&) override { return true; }
-    uint32_t MakeDir(const std::string&) override { return 0; }
-    uint32_t RemoveFile(const std::string& path, std::string*) override { return contents.erase(path) ? 0 : 2; }
-    bool ChangeDir(const std::string&) override { return true; }
-    std::string CurrentDirectory() override { return "/"; }
-    std::string FullPath(const std::string& path) override { return path; }
-    bool ListDirectory(const std::string&, std::vector<DirectoryEntry>*) override { return false; }
-    std::string WindowsDirectory() override { return "/"; }
-    bool ModificationTime(const std::string&, int64_t*) override { return false; }
     bool ReadFile(const std::string& path, std::string* text) override {
         const auto it = contents.find(path);
         if (it == contents.end()) return false;
@@ -57,7 +48,6 @@ public:
         contents[path] = text;
         return true;
     }
-    std::string ExecutableDirectory() override { return "/"; }
 };
 
 char Lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
