@@ -10,6 +10,7 @@
 #include "import/panel_text.h"
 #include "import/project_files.h"
 #include "platform/platform.h"
+#include "platform/text.h"
 
 namespace ads::import {
 
@@ -323,12 +324,6 @@ void Clear(ImportModel* model) {
 
 }  // namespace
 
-std::string FolderOf(const std::string& path) {
-    const size_t cut = path.find_last_of("\\/");
-    if (cut == std::string::npos) return std::string();
-    return cut == 0 ? path.substr(0, 1) : path.substr(0, cut);
-}
-
 bool ReadExportText(const std::string& text, const std::string& export_folder, const ReaderOptions& options,
                     ImportModel* model) {
     *model = ImportModel();
@@ -346,7 +341,7 @@ bool ReadExport(const std::string& path, const ReaderOptions& options, ImportMod
         return false;
     }
     const std::string full = options.files->FullPath(path);
-    const std::string folder = FolderOf(full);
+    const std::string folder = platform::DirectoryOf(full);
     Reader reader(options, folder, model);
     reader.ScanFolder();
     std::string text;

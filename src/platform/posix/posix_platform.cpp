@@ -8,6 +8,7 @@
 #include "platform/platform.h"
 #include "platform/registry.h"
 #include "platform/posix/posix_backend.h"
+#include "platform/text.h"
 
 #include <dirent.h>
 #include <dlfcn.h>
@@ -272,10 +273,7 @@ public:
         // In name order, case ignored, as Windows lists an NTFS folder, so
         // that a listing is the same on every machine.
         std::sort(entries->begin(), entries->end(), [](const DirectoryEntry& a, const DirectoryEntry& b) {
-            return std::lexicographical_compare(
-                a.name.begin(), a.name.end(), b.name.begin(), b.name.end(), [](char x, char y) {
-                    return std::tolower(static_cast<unsigned char>(x)) < std::tolower(static_cast<unsigned char>(y));
-                });
+            return LessIgnoringCase(a.name, b.name);
         });
         return true;
     }
