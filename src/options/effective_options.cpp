@@ -18,11 +18,11 @@ const char* ToolName(Tool tool) {
 
 const char* ToolWideKey(Tool tool) {
     switch (tool) {
-        case Tool::kArmasm: return "ADS_GArmAsmParam";
-        case Tool::kArmcc: return "ADS_GArmCCParam";
-        case Tool::kArmcpp: return "ADS_GArmCppParam";
-        case Tool::kTcc: return "ADS_GThmCCParam";
-        case Tool::kTcpp: return "ADS_GThmCppParam";
+        case Tool::kArmasm: return config::kArmAsmParamsKey;
+        case Tool::kArmcc: return config::kArmCcParamsKey;
+        case Tool::kArmcpp: return config::kArmCppParamsKey;
+        case Tool::kTcc: return config::kThumbCcParamsKey;
+        case Tool::kTcpp: return config::kThumbCppParamsKey;
     }
     return "";
 }
