@@ -1,5 +1,6 @@
 #include "host_config.h"
 
+#include "platform/folders.h"
 #include "platform/text.h"
 
 namespace ads::host {
@@ -57,19 +58,6 @@ bool ReadLines(platform::FileSystem& files, const std::string& path, std::vector
     return ParseLines(path, text, lines, error);
 }
 
-void MakeFoldersOf(platform::FileSystem& files, const std::string& path) {
-    std::vector<std::string> missing;
-    std::string folder = path;
-    for (;;) {
-        const size_t cut = folder.find_last_of("/\\");
-        if (cut == std::string::npos || cut == 0) break;
-        folder.resize(cut);
-        if (folder.back() == ':' || files.IsDirectory(folder)) break;
-        missing.push_back(folder);
-    }
-    for (size_t i = missing.size(); i-- > 0;) files.MakeDir(missing[i]);
-}
-
 }  // namespace
 
 std::string HostConfigPath(platform::Environment& environment) {
@@ -117,7 +105,7 @@ bool SetToolDirectory(platform::FileSystem& files, const std::string& path, cons
         }
     }
     if (!written) text += setting + "\n";
-    MakeFoldersOf(files, path);
+    platform::MakeFoldersOf(files, path);
     return files.WriteFileAtomically(path, text, error);
 }
 

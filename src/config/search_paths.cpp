@@ -16,11 +16,6 @@ namespace {
 // limit also ends a walk that a link back up the tree would make endless.
 constexpr size_t kMaxPath = 260;
 
-std::string Join(const std::string& directory, const std::string& name) {
-    if (!directory.empty() && (directory.back() == '\\' || directory.back() == '/')) return directory + name;
-    return directory + "\\" + name;
-}
-
 }  // namespace
 
 SearchPathSwitches ParseSearchPath(const std::string& value) {
@@ -64,7 +59,7 @@ std::string ExpandSearchPathEntry(const std::string& entry, const PathMacros& ma
         std::vector<std::string> children;
         for (const platform::DirectoryEntry& e : entries) {
             if (!e.is_directory || e.is_hidden) continue;
-            std::string child = Join(directory, e.name);
+            std::string child = platform::JoinPath(directory, e.name);
             if (child.size() < kMaxPath) children.push_back(std::move(child));
         }
         std::sort(children.begin(), children.end(), platform::LessIgnoringCase);

@@ -290,7 +290,7 @@ private:
                 std::string on_disk = config::ReplaceOneMacroKind(candidate, macros_);
                 const bool relative = on_disk == candidate && !platform::IsAbsolutePath(candidate) &&
                                       (candidate.empty() || candidate[0] != '\\');
-                if (relative) on_disk = JoinPath(folder_, candidate);
+                if (relative) on_disk = platform::JoinPath(folder_, candidate);
                 // A macro's value ends with a backslash and the join adds one.
                 on_disk = options_.files->FullPath(on_disk);
                 if (!options_.files->FileExists(on_disk)) continue;

@@ -9,6 +9,7 @@
 
 #include <cstdint>
 
+#include "platform/folders.h"
 #include "platform/platform.h"
 #include "platform/text.h"
 
@@ -556,17 +557,7 @@ void RegistryFile::AppendSection(reg_file::Document* doc, RegistryRoot root, con
 }
 
 bool RegistryFile::Save(const reg_file::Document& doc) {
-    // The folders of the file, made as needed.
-    std::vector<std::string> missing;
-    std::string folder = path_;
-    for (;;) {
-        const size_t cut = folder.find_last_of("/\\");
-        if (cut == std::string::npos || cut == 0) break;
-        folder.resize(cut);
-        if (folder.back() == ':' || files_.IsDirectory(folder)) break;
-        missing.push_back(folder);
-    }
-    for (size_t i = missing.size(); i-- > 0;) files_.MakeDir(missing[i]);
+    MakeFoldersOf(files_, path_);
     std::string error;
     if (!files_.WriteFileAtomically(path_, Format(doc), &error)) {
         last_error_ = error;

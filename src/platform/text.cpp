@@ -86,4 +86,9 @@ std::string DirectoryOf(const std::string& path) {
     return slash == 0 ? path.substr(0, 1) : path.substr(0, slash);
 }
 
+std::string JoinPath(const std::string& directory, const std::string& name) {
+    if (directory.empty() || directory.back() == '\\' || directory.back() == '/') return directory + name;
+    return directory + "\\" + name;
+}
+
 }  // namespace ads::platform

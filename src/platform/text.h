@@ -45,5 +45,8 @@ std::string ExtensionOf(const std::string& path);
 // The folder part without its trailing separator: "src\main.c" gives
 // "src", a bare name gives "", and "/a" gives "/" (the root stays a folder).
 std::string DirectoryOf(const std::string& path);
+// A folder and a name joined with one "\", none added when the folder is
+// empty or already ends in a separator.
+std::string JoinPath(const std::string& directory, const std::string& name);
 
 }  // namespace ads::platform

@@ -23,7 +23,7 @@ using ads::platform::FileName;
 using ads::platform::StemOf;
 // A directory joined with a name: a "\" goes between them unless the
 // directory is empty or already ends in a separator.
-std::string JoinPath(const std::string& directory, const std::string& name);
+using ads::platform::JoinPath;
 
 bool FileExists(const std::string& path);
 bool DirectoryExists(const std::string& path);

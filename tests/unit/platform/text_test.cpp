@@ -49,5 +49,11 @@ TEST(TextHelpersTest, BlanksAndCase) {
     EXPECT_TRUE(LessIgnoringCase("z", "\xC4"));  // 8-bit bytes after ASCII
 }
 
+TEST(TextHelpersTest, JoinPathAddsOneBackslashAtMost) {
+    EXPECT_EQ(JoinPath("", "a.c"), "a.c");
+    EXPECT_EQ(JoinPath("src/", "a.c"), "src/a.c");
+    EXPECT_EQ(JoinPath("src", "a.c"), "src\\a.c");
+}
+
 }  // namespace
 }  // namespace ads::platform
