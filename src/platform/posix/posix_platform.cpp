@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cctype>
 
+#include "platform/messages.h"
 #include "platform/platform.h"
 #include "platform/registry.h"
 #include "platform/posix/posix_backend.h"
@@ -317,10 +318,10 @@ public:
                              std::string* error) override {
         const std::string target = SystemPath(path);
         auto fail = [&](const std::string& reason) {
-            if (error) *error = "cannot write " + path + ": " + reason;
+            if (error) *error = CannotWrite(path, reason);
             return false;
         };
-        if (target.empty()) return fail("empty file name");
+        if (target.empty()) return fail(kEmptyFileName);
 
         // Windows will not replace a read-only file; rename would.
         struct stat info;
@@ -336,7 +337,7 @@ public:
             fd = ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
             if (fd < 0 && errno != EEXIST) break;
         }
-        if (fd < 0) return fail("cannot create a temporary file beside it: " + ErrnoText(errno));
+        if (fd < 0) return fail(NoTemporaryFile(ErrnoText(errno)));
 
         // Any failure from here on leaves the old file as it was.
         auto abandon = [&](int reason) {

@@ -5,6 +5,7 @@
 // may run programs at once: nothing here changes process-wide state, and every
 // descriptor we open is close-on-exec, so a child started by one thread never
 // holds the pipe of another.
+#include "platform/messages.h"
 #include "platform/platform.h"
 #include "platform/posix/posix_backend.h"
 
@@ -114,7 +115,7 @@ RunResult PosixProcessRunner::Run(const std::string& command_line,
     RunResult result;
     std::vector<std::string> words = SplitCommandLine(command_line);
     if (words.empty() || words[0].empty()) {
-        result.error = "no program to run in the command line \"" + command_line + "\"";
+        result.error = NoProgramIn(command_line);
         return result;
     }
 
@@ -130,13 +131,13 @@ RunResult PosixProcessRunner::Run(const std::string& command_line,
         folders.insert(folders.end(), path.begin(), path.end());
         program = FindIn(folders, name);
         if (program.empty()) {
-            result.error = "cannot run " + words[0] + ": " + ErrnoText(ENOENT);
+            result.error = CannotRun(words[0], ErrnoText(ENOENT));
             return result;
         }
     } else if (name[0] != '/') {
         const std::string current = CurrentFolder();
         if (current.empty()) {
-            result.error = "cannot run " + words[0] + ": " + ErrnoText(errno);
+            result.error = CannotRun(words[0], ErrnoText(errno));
             return result;
         }
         program = current + "/" + name;
@@ -177,14 +178,14 @@ RunResult PosixProcessRunner::Run(const std::string& command_line,
     };
     if (::pipe2(output, O_CLOEXEC) != 0 || ::pipe2(report, O_CLOEXEC) != 0 ||
         (input = ::open("/dev/null", O_RDONLY | O_CLOEXEC)) < 0) {
-        result.error = "cannot run " + words[0] + ": " + ErrnoText(errno);
+        result.error = CannotRun(words[0], ErrnoText(errno));
         close_all();
         return result;
     }
 
     const pid_t pid = ::fork();
     if (pid < 0) {
-        result.error = "cannot run " + words[0] + ": " + ErrnoText(errno);
+        result.error = CannotRun(words[0], ErrnoText(errno));
         close_all();
         return result;
     }
@@ -219,10 +220,9 @@ RunResult PosixProcessRunner::Run(const std::string& command_line,
         CloseIfOpen(output[0]);
         wait_for_child();
         if (failure.step == StartFailure::kWorkingDirectory) {
-            result.error = "cannot run " + words[0] + " in the folder " + working_directory + ": " +
-                           ErrnoText(failure.error);
+            result.error = CannotRun(words[0] + " in the folder " + working_directory, ErrnoText(failure.error));
         } else {
-            result.error = "cannot run " + words[0] + ": " + ErrnoText(failure.error);
+            result.error = CannotRun(words[0], ErrnoText(failure.error));
         }
         return result;
     }
