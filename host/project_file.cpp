@@ -202,7 +202,7 @@ std::string_view Reader::ReadName() {
 }
 
 std::unique_ptr<ConfigNode> Reader::Parse(std::string* error) {
-    if (LookingAt("\xEF\xBB\xBF")) pos_ = 3;  // a byte order mark left by an editor
+    if (LookingAt(platform::kUtf8ByteOrderMark)) pos_ = 3;  // a byte order mark left by an editor
     bool ok = true;
     while (ok) {
         SkipBlanks();

@@ -9,7 +9,6 @@
 namespace ads::config {
 
 const char kDefaultFileMap[] = "(.s@armasm),(.c@armcc),(.cc&&.cpp@armcpp)";
-const char kDefaultOutputDir[] = "{Project}";
 const char kDefaultBatchFile[] = "0,()";
 // The leading blanks are deliberate: these texts are appended directly
 // behind other switches.

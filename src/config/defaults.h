@@ -6,13 +6,14 @@
 #include <string>
 
 #include "ads/config_node.h"
+#include "config/path_macros.h"
 #include "config/project_keys.h"
 #include "config/target_settings.h"
 
 namespace ads::config {
 
 extern const char kDefaultFileMap[];       // "(.s@armasm),(.c@armcc),(.cc&&.cpp@armcpp)"
-extern const char kDefaultOutputDir[];     // "{Project}"
+inline constexpr const char* kDefaultOutputDir = kProjectMacro;
 inline constexpr const char* kDefaultLinkerName = kLinkerArmlink;
 inline constexpr const char* kDefaultPostLink = kPostLinkFromElf;
 extern const char kDefaultBatchFile[];     // "0,()"

@@ -73,9 +73,9 @@ TargetRecord TargetSettingsReader::ReadTarget(const ConfigNode& c) const {
     r.batch_file_params = Text(c, kBatchFileParamsKey);
     r.search_path = Text(c, kSearchPathKey);
 
-    if ((kind_ == kKindAsm || kind_ == kKindFolder) && c.GetAttribute("ADS_ArmAsm_Tar") != nullptr) {
-        static const char* const kAsmKeys[6] = {"ADS_ArmAsm_Tar", "ADS_ArmAsm_Atpcs", "ADS_ArmAsm_Opt",
-                                                "ADS_ArmAsm_PDS", "ADS_ArmAsm_LC",    "ADS_ArmAsm_Ets"};
+    static const char* const kAsmKeys[6] = {"ADS_ArmAsm_Tar", "ADS_ArmAsm_Atpcs", "ADS_ArmAsm_Opt",
+                                            "ADS_ArmAsm_PDS", "ADS_ArmAsm_LC",    "ADS_ArmAsm_Ets"};
+    if ((kind_ == kKindAsm || kind_ == kKindFolder) && c.GetAttribute(kAsmKeys[0]) != nullptr) {
         r.has_asm_states = true;
         for (int i = 0; i < 6; ++i) r.asm_states[i] = Text(c, kAsmKeys[i]);
     }

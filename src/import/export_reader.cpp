@@ -74,8 +74,7 @@ public:
         }
         // Texts are 8-bit and pass through as they stand: read as UTF-8, a
         // Latin-1 byte before a '<' would swallow the tag.
-        static const char kByteOrderMark[] = "\xEF\xBB\xBF";
-        if (filtered.text.compare(0, 3, kByteOrderMark) == 0) filtered.text.erase(0, 3);
+        if (platform::StartsWithByteOrderMark(filtered.text)) filtered.text.erase(0, 3);
         // Created after the filter, gone when the read returns, either way.
         auto document = std::make_unique<TiXmlDocument>();
         document->Parse(filtered.text.c_str(), nullptr, TIXML_ENCODING_LEGACY);

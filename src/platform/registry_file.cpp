@@ -239,7 +239,7 @@ Document Parse(const std::string& bytes) {
         static_cast<unsigned char>(bytes[1]) == 0xFE) {
         doc.encoding = Encoding::kUtf16;
         if (!DecodeUtf16(bytes.substr(2), &text)) throw ParseError(1, "not valid UTF-16 text");
-    } else if (bytes.size() >= 3 && bytes.compare(0, 3, "\xEF\xBB\xBF") == 0) {
+    } else if (StartsWithByteOrderMark(bytes)) {
         doc.encoding = Encoding::kUtf8Bom;
         text = bytes.substr(3);
     } else {
@@ -363,7 +363,7 @@ std::string Format(const Document& doc) {
     }
     switch (doc.encoding) {
         case Encoding::kUtf16: return "\xFF\xFE" + EncodeUtf16(text);
-        case Encoding::kUtf8Bom: return "\xEF\xBB\xBF" + text;
+        case Encoding::kUtf8Bom: return kUtf8ByteOrderMark + text;
         case Encoding::kAnsi: break;
     }
     return text;

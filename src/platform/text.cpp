@@ -37,6 +37,8 @@ std::string Trim(const std::string& text) { return TrimWhere(text, IsWhitespace)
 
 std::string TrimSpaceOrTab(const std::string& text) { return TrimWhere(text, IsSpaceOrTab); }
 
+bool StartsWithByteOrderMark(const std::string& text) { return text.compare(0, 3, kUtf8ByteOrderMark) == 0; }
+
 std::string Lower(std::string text) {
     for (char& c : text) c = LowerChar(c);
     return text;

@@ -21,6 +21,11 @@ std::string Trim(const std::string& text);
 // The text without leading and trailing spaces and tabs only.
 std::string TrimSpaceOrTab(const std::string& text);
 
+// The UTF-8 byte order mark that editors put before a text.
+inline constexpr char kUtf8ByteOrderMark[] = "\xEF\xBB\xBF";
+// True when the text starts with it.
+bool StartsWithByteOrderMark(const std::string& text);
+
 // ASCII letters lowered; every other byte, 8-bit ones included, is kept.
 std::string Lower(std::string text);
 // ASCII comparisons that ignore case. LessIgnoringCase orders "a" < "B" <

@@ -206,7 +206,7 @@ int Application::ShowSettings(ConfigNode* node) {
     if (node == nullptr) return -1;
     int32_t kind = 0;
     node->GetAttributeInt(config::kFileTypeKey, &kind);
-    if (kind == 0) {
+    if (kind == config::kKindNone) {
         if (node->Name() == config::kProjectNode) kind = config::kKindProject;
         else if (node->Name() == config::kFilterNode) kind = config::kKindFolder;
     }
