@@ -2,7 +2,6 @@
 // GET and INCLUDE read another file in place, EXPORT and GLOBAL name the
 // global definitions, END ends the file. Conditional assembly is not
 // simulated: every line up to END counts.
-#include <cctype>
 
 #include "command_line.h"
 #include "paths.h"

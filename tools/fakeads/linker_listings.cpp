@@ -1,6 +1,5 @@
 #include "linker_listings.h"
 
-#include <cctype>
 #include <cstdio>
 
 #include "paths.h"

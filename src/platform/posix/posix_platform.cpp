@@ -3,7 +3,6 @@
 // "/" at the moment the path reaches the system, and nowhere else. Error
 // codes are the Windows codes that callers test for.
 #include <algorithm>
-#include <cctype>
 
 #include "platform/messages.h"
 #include "platform/platform.h"
