@@ -9,7 +9,9 @@
 #include <vector>
 
 #include "ads/config_node.h"
+#include "config/project_keys.h"
 #include "platform/platform.h"
+#include "platform/text.h"
 #include "plugin_host.h"
 #include "project_file.h"
 
@@ -27,18 +29,12 @@ struct CliFailure {
 }
 
 
-inline std::string BaseName(const std::string& path) {
-    size_t slash = path.find_last_of("/\\");
-    std::string name = slash == std::string::npos ? path : path.substr(slash + 1);
-    size_t dot = name.rfind('.');
-    if (dot != std::string::npos && dot > 0) name.resize(dot);
-    return name;
-}
+using platform::DirectoryOf;
+using platform::Lower;
 
-inline std::string DirectoryOf(const std::string& path) {
-    size_t slash = path.find_last_of("/\\");
-    return slash == std::string::npos ? std::string() : path.substr(0, slash);
-}
+// A project's or a file's name as the commands show it: without folder
+// and last extension (platform::StemOf).
+inline std::string BaseName(const std::string& path) { return platform::StemOf(path); }
 
 inline std::string ToBackslashes(std::string path) {
     for (char& c : path) {
@@ -47,29 +43,20 @@ inline std::string ToBackslashes(std::string path) {
     return path;
 }
 
-inline std::string Lower(std::string s) {
-    for (char& c : s) {
-        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-    }
-    return s;
-}
-
 // Which source kind orvhost gives a file, by its extension.
 inline int FileTypeFor(const std::string& path) {
-    size_t dot = path.rfind('.');
-    if (dot == std::string::npos) return 0;
-    std::string ext = Lower(path.substr(dot));
-    if (ext == ".c") return 1;
-    if (ext == ".s" || ext == ".asm") return 2;
-    if (ext == ".cpp" || ext == ".cc" || ext == ".cxx" || ext == ".c++") return 3;
-    return 0;
+    const std::string ext = Lower(platform::ExtensionOf(path));
+    if (ext == ".c") return config::kKindC;
+    if (ext == ".s" || ext == ".asm") return config::kKindAsm;
+    if (ext == ".cpp" || ext == ".cc" || ext == ".cxx" || ext == ".c++") return config::kKindCpp;
+    return config::kKindNone;
 }
 
 inline const char* KindName(int type) {
     switch (type) {
-        case 1: return "C";
-        case 2: return "assembler";
-        case 3: return "C++";
+        case config::kKindC: return "C";
+        case config::kKindAsm: return "assembler";
+        case config::kKindCpp: return "C++";
         default: return "other";
     }
 }
@@ -116,7 +103,9 @@ public:
         std::string error;
         root_ = LoadProject(*platform_.files, full_path_, &error);
         if (!root_) Fail(ReplaceFirst(error, full_path_, path));
-        if (root_->Name() != "OrvaneProject") Fail(path + ": not an orvhost project (root element '" + root_->Name() + "')");
+        if (root_->Name() != config::kProjectNode) {
+            Fail(path + ": not an orvhost project (root element '" + root_->Name() + "')");
+        }
     }
 
     // The plug-in learns the project root from the first node it is given:
@@ -152,10 +141,10 @@ public:
     }
 
     ConfigNode* FindTarget(const std::string& name) {
-        ConfigNode* configs = root_->FindChild("Configurations");
+        ConfigNode* configs = root_->FindChild(config::kConfigurationsNode);
         for (ConfigNode* c = configs ? configs->FirstChild() : nullptr; c; c = c->NextSibling()) {
-            const char* n = c->GetAttribute("Name");
-            if (c->Name() == "Configuration" && n != nullptr && name == n) return c;
+            const char* n = c->GetAttribute(config::kNameKey);
+            if (c->Name() == config::kConfigurationNode && n != nullptr && name == n) return c;
         }
         return nullptr;
     }

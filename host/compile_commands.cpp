@@ -3,22 +3,15 @@
 #include <cstdio>
 
 #include "platform/platform.h"
+#include "platform/text.h"
 
 namespace ads::host {
 
 namespace {
 
-std::string Lower(std::string s) {
-    for (char& c : s) {
-        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-    }
-    return s;
-}
-
 // The tool's name: the program's file name without folder and ".exe".
 std::string ToolName(const std::string& program) {
-    size_t slash = program.find_last_of("/\\");
-    std::string name = Lower(slash == std::string::npos ? program : program.substr(slash + 1));
+    std::string name = platform::Lower(platform::FileName(program));
     if (name.size() > 4 && name.compare(name.size() - 4, 4, ".exe") == 0) name.resize(name.size() - 4);
     return name;
 }
@@ -112,12 +105,12 @@ void Define(const std::string& word, const std::string& value, Reading* r) {
 void SelectProcessor(const std::string&, const std::string& value, Reading* r) {
     r->processor.clear();
     for (const Processor& p : kProcessors) {
-        if (Lower(value) == p.ads) r->processor = p.clang;
+        if (platform::Lower(value) == p.ads) r->processor = p.clang;
     }
 }
 void Fpu(const std::string&, const std::string& value, Reading* r) {
     for (const FloatingPoint& f : kFloatingPoint) {
-        if (Lower(value) != f.ads) continue;
+        if (platform::Lower(value) != f.ads) continue;
         for (const char* a : f.clang) r->arguments.push_back(a);
     }
 }

@@ -1,19 +1,13 @@
 #include "host_config.h"
 
+#include "platform/folders.h"
+#include "platform/text.h"
+
 namespace ads::host {
 
 namespace {
 
 const char kToolsDir[] = "tools-dir";
-
-bool IsSpace(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
-
-std::string Trim(const std::string& s) {
-    size_t begin = 0, end = s.size();
-    while (begin < end && IsSpace(s[begin])) ++begin;
-    while (end > begin && IsSpace(s[end - 1])) --end;
-    return s.substr(begin, end - begin);
-}
 
 struct Line {
     std::string raw;   // without its line end
@@ -33,15 +27,15 @@ bool ParseLines(const std::string& path, const std::string& text, std::vector<Li
         if (!line.raw.empty() && line.raw.back() == '\r') line.raw.pop_back();
         start = end + 1;
         ++number;
-        const std::string content = Trim(line.raw);
+        const std::string content = platform::Trim(line.raw);
         if (!content.empty() && content[0] != '#' && content[0] != ';') {
             const size_t equals = content.find('=');
             if (equals == std::string::npos) {
                 *error = path + ":" + std::to_string(number) + ": expected NAME = VALUE";
                 return false;
             }
-            line.name = Trim(content.substr(0, equals));
-            line.value = Trim(content.substr(equals + 1));
+            line.name = platform::Trim(content.substr(0, equals));
+            line.value = platform::Trim(content.substr(equals + 1));
             if (line.name != kToolsDir) {
                 *error = path + ":" + std::to_string(number) + ": unknown setting '" + line.name +
                          "' (known: " + kToolsDir + ")";
@@ -62,19 +56,6 @@ bool ReadLines(platform::FileSystem& files, const std::string& path, std::vector
         return false;
     }
     return ParseLines(path, text, lines, error);
-}
-
-void MakeFoldersOf(platform::FileSystem& files, const std::string& path) {
-    std::vector<std::string> missing;
-    std::string folder = path;
-    for (;;) {
-        const size_t cut = folder.find_last_of("/\\");
-        if (cut == std::string::npos || cut == 0) break;
-        folder.resize(cut);
-        if (folder.back() == ':' || files.IsDirectory(folder)) break;
-        missing.push_back(folder);
-    }
-    for (size_t i = missing.size(); i-- > 0;) files.MakeDir(missing[i]);
 }
 
 }  // namespace
@@ -104,7 +85,7 @@ bool LoadHostConfig(platform::FileSystem& files, const std::string& path, HostCo
 bool SetToolDirectory(platform::FileSystem& files, const std::string& path, const std::string& directory,
                       std::string* error) {
     if (directory.empty() || directory.find_first_of("\r\n") != std::string::npos ||
-        Trim(directory) != directory) {
+        platform::Trim(directory) != directory) {
         *error = "'" + directory + "': not a folder name orvhost can keep";
         return false;
     }
@@ -124,7 +105,7 @@ bool SetToolDirectory(platform::FileSystem& files, const std::string& path, cons
         }
     }
     if (!written) text += setting + "\n";
-    MakeFoldersOf(files, path);
+    platform::MakeFoldersOf(files, path);
     return files.WriteFileAtomically(path, text, error);
 }
 

@@ -11,6 +11,9 @@
 #include <thread>
 #include <utility>
 
+#include "config/project_keys.h"
+#include "platform/text.h"
+
 namespace ads::host {
 
 namespace {
@@ -19,22 +22,16 @@ namespace {
 constexpr size_t kFirstSetBuffer = size_t{64} << 10;
 constexpr size_t kLargestSetBuffer = size_t{64} << 20;
 
-std::string DirectoryOf(const std::string& path) {
-    size_t cut = path.find_last_of("/\\");
-    if (cut == std::string::npos) return ".";
-    return cut == 0 ? path.substr(0, 1) : path.substr(0, cut);
-}
-
 std::string Attribute(const ConfigNode* node, const char* name) {
     const char* value = node->GetAttribute(name);
     return value ? value : "";
 }
 
 ConfigNode* FindConfiguration(ConfigNode* project, const std::string& target) {
-    ConfigNode* configs = project ? project->FindChild("Configurations") : nullptr;
+    ConfigNode* configs = project ? project->FindChild(config::kConfigurationsNode) : nullptr;
     for (ConfigNode* c = configs ? configs->FirstChild() : nullptr; c; c = c->NextSibling()) {
-        const char* name = c->GetAttribute("Name");
-        if (c->Name() == "Configuration" && name != nullptr && target == name) return c;
+        const char* name = c->GetAttribute(config::kNameKey);
+        if (c->Name() == config::kConfigurationNode && name != nullptr && target == name) return c;
     }
     return nullptr;
 }
@@ -42,7 +39,7 @@ ConfigNode* FindConfiguration(ConfigNode* project, const std::string& target) {
 // Sets of sources that left the target are forgotten.
 void ForgetRemovedSources(const std::vector<ConfigNode*>& files, TargetDependencies* record) {
     std::set<std::string> sources;
-    for (ConfigNode* file : files) sources.insert(Attribute(file, "RelativePath"));
+    for (ConfigNode* file : files) sources.insert(Attribute(file, config::kRelativePathKey));
     for (auto it = record->sets.begin(); it != record->sets.end();) {
         it = sources.count(it->first) ? std::next(it) : record->sets.erase(it);
     }
@@ -113,10 +110,10 @@ std::vector<ConfigNode*> TargetFiles(ConfigNode* root) {
     std::vector<ConfigNode*> files;
     ConfigNode* n = root;
     while (n != nullptr) {
-        if (n->Name() == "File" && n->GetAttribute("RelativePath") != nullptr) {
+        if (n->Name() == config::kFileNode && n->GetAttribute(config::kRelativePathKey) != nullptr) {
             int32_t type = 0;
-            n->GetAttributeInt("FileType", &type);
-            if (type >= 1 && type <= 3) files.push_back(n);
+            n->GetAttributeInt(config::kFileTypeKey, &type);
+            if (type >= config::kKindC && type <= config::kKindCpp) files.push_back(n);
         }
         if (n->FirstChild() != nullptr) {
             n = n->FirstChild();
@@ -165,7 +162,8 @@ struct MakeEngine::Job {
 
 MakeEngine::MakeEngine(platform::Platform& platform, PluginInterface* plugin, const std::string& project_file)
     : platform_(platform), plugin_(plugin) {
-    folder_ = platform_.files->FullPath(DirectoryOf(project_file));
+    const std::string folder = platform::DirectoryOf(project_file);
+    folder_ = platform_.files->FullPath(folder.empty() ? "." : folder);
     deps_path_ = DependencyFilePath(platform_.files->FullPath(project_file));
     diagnostics_ = [](const std::string& line) {
         std::fflush(stdout);
@@ -200,8 +198,8 @@ void MakeEngine::Parse(const std::string& output) {
 
 bool MakeEngine::OutOfDate(const std::string& target, ConfigNode* file, const TargetDependencies& record) {
     if (rebuild_) return true;
-    const char* output = file->GetAttribute("Output");
-    const char* source = file->GetAttribute("RelativePath");
+    const char* output = file->GetAttribute(config::kOutputKey);
+    const char* source = file->GetAttribute(config::kRelativePathKey);
     if (output == nullptr || *output == '\0' || source == nullptr) return true;
     int64_t object_time = 0;
     int64_t time = 0;
@@ -228,12 +226,12 @@ bool MakeEngine::TargetNeedsCommand(const std::string& target, ConfigNode* proje
                                     const std::vector<ConfigNode*>& files, const TargetDependencies& record) {
     if (rebuild_ || record.result != BuildResult::kSucceeded) return true;
     ConfigNode* config = FindConfiguration(project, target);
-    const std::string app = config ? Attribute(config, "AppFile") : std::string();
+    const std::string app = config ? Attribute(config, config::kAppFileKey) : std::string();
     if (app.empty()) return false;
     int64_t image_time = 0;
     if (!Time(SourcePath(app), &image_time)) return true;
     for (ConfigNode* file : files) {
-        const std::string output = Attribute(file, "Output");
+        const std::string output = Attribute(file, config::kOutputKey);
         int64_t object_time = 0;
         if (!output.empty() && Time(ObjectPath(target, output), &object_time) && object_time > image_time) {
             return true;
@@ -347,7 +345,7 @@ std::vector<MakeEngine::Job> MakeEngine::OutOfDateJobs(const std::string& target
         if (!OutOfDate(target, file, record)) continue;
         Job job;
         job.file = file;
-        job.source = Attribute(file, "RelativePath");
+        job.source = Attribute(file, config::kRelativePathKey);
         jobs.push_back(std::move(job));
     }
     return jobs;
@@ -443,7 +441,7 @@ bool MakeEngine::MakeTarget(const std::string& target, ConfigNode* project) {
 
 bool MakeEngine::TranslateFile(const std::string& target, ConfigNode* file) {
     if (plugin_ == nullptr || file == nullptr) return false;
-    const std::string source = Attribute(file, "RelativePath");
+    const std::string source = Attribute(file, config::kRelativePathKey);
     const std::string command = AskCommand(plugin_, file->Root(), file);
     if (command.empty()) {
         Report("the plug-in gave no command for '" + source + "'");

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "platform/platform.h"
+#include "platform/text.h"
 
 namespace ads::host {
 
@@ -23,8 +24,6 @@ bool IsPlainLater(unsigned char c) { return IsPlainStart(c) || IsDigit(c) || c =
 // What the reader takes as part of a name: the writer's characters, plus ':'
 // and the bytes of non-ASCII letters that hand-written XML may hold.
 bool IsNameByte(unsigned char c) { return IsPlainLater(c) || c == ':' || c >= 0x80; }
-
-bool IsBlank(unsigned char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
 
 // What the reader must look at in a value; the rest is copied in runs.
 bool EndsPlainRun(char c) {
@@ -192,7 +191,7 @@ size_t Reader::LineAt(size_t pos) const {
 
 size_t Reader::SkipBlanks() {
     const size_t start = pos_;
-    while (!AtEnd() && IsBlank(static_cast<unsigned char>(text_[pos_]))) ++pos_;
+    while (!AtEnd() && platform::IsWhitespace(text_[pos_])) ++pos_;
     return pos_ - start;
 }
 
@@ -203,7 +202,7 @@ std::string_view Reader::ReadName() {
 }
 
 std::unique_ptr<ConfigNode> Reader::Parse(std::string* error) {
-    if (LookingAt("\xEF\xBB\xBF")) pos_ = 3;  // a byte order mark left by an editor
+    if (LookingAt(platform::kUtf8ByteOrderMark)) pos_ = 3;  // a byte order mark left by an editor
     bool ok = true;
     while (ok) {
         SkipBlanks();

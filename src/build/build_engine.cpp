@@ -1,25 +1,19 @@
 #include "build/build_engine.h"
-#include "build/node_text.h"
 
 #include <cstdarg>
 #include <cstdio>
 #include <vector>
 
+#include "build/messages.h"
+#include "build/node_text.h"
 #include "build/tool_choice.h"
+#include "config/defaults.h"
+#include "config/project_keys.h"
 #include "config/search_paths.h"
 #include "options/option_error.h"
+#include "platform/text.h"
 
 namespace ads::build {
-
-const char kCreateFolderFailed[] = "\r\ncreat target file failed!\r\n";
-const char kNoToolsForCompile[] = "Could't find ADS compiler tools!";
-const char kNoToolsForBuild[] = "Couldn't find ADS compiler tools, fail to build!!";
-const char kTargetNotCreated[] = "Target not created\r\n";
-const char kNoProjectOrTarget[] = "current Project Name and current target can't be none!\n";
-const char kBanner[] = "--------------------Configuration: %s - %s--------------------\r\n";
-
-const char kDefaultAsmTemplate[] = "$(ADS_PARAM) \"$(SOURCE)\" \"$(OBJ)\"";
-const char kDefaultCTemplate[] = "$(ADS_PARAM) -c \"$(SOURCE)\" -o \"$(OBJ)\"";
 
 namespace {
 
@@ -32,13 +26,6 @@ int ExecutableOf(int tool) {
         case kToolTcpp: return kExeTcpp;
         default: return -1;
     }
-}
-
-std::string Trim(const std::string& s) {
-    size_t b = s.find_first_not_of(" \t\r\n");
-    if (b == std::string::npos) return std::string();
-    size_t e = s.find_last_not_of(" \t\r\n");
-    return s.substr(b, e - b + 1);
 }
 }  // namespace
 
@@ -75,17 +62,17 @@ const std::set<std::string>* BuildEngine::Dependencies(const std::string& source
 }
 
 bool BuildEngine::UpdateNode(const BuildContext& context, ConfigNode* node) {
-    if (node == nullptr || node->Name() != "File" || context.project_root == nullptr) return false;
+    if (node == nullptr || node->Name() != config::kFileNode || context.project_root == nullptr) return false;
     int type = FileTypeOf(node);
-    if (type < 1 || type > 3) return false;
-    ConfigNode* configurations = context.project_root->FindChild("Configurations");
+    if (type < config::kKindC || type > config::kKindCpp) return false;
+    ConfigNode* configurations = context.project_root->FindChild(config::kConfigurationsNode);
     if (configurations == nullptr) return false;
     // Only targets the file knows nothing about yet get their entries: a
     // tool chosen earlier stays until it is assigned again.
     ConfigNode* settings = FindFileSettings(node);
     bool missing = settings == nullptr;
     for (ConfigNode* c = configurations->FirstChild(); c != nullptr && !missing; c = c->NextSibling()) {
-        const char* name = c->GetAttribute("Name");
+        const char* name = c->GetAttribute(config::kNameKey);
         if (name != nullptr && settings->GetAttribute(name) == nullptr) missing = true;
     }
     if (!missing) return false;
@@ -114,7 +101,7 @@ std::string BuildEngine::CommandTemplate(const BuildContext& c, const char* key,
 }
 
 std::string BuildEngine::IncludeSwitches(const BuildContext& c, bool only_when_set) {
-    const char* value = c.configuration ? c.configuration->GetAttribute("SearchPath") : nullptr;
+    const char* value = c.configuration ? c.configuration->GetAttribute(config::kSearchPathKey) : nullptr;
     if (value == nullptr && only_when_set) return std::string();
     // Expanding "*" walks folders: done once per build and search path, not
     // once per file (BuildTarget and CompileFile forget it).
@@ -170,7 +157,7 @@ void BuildEngine::ScanDependencies(const BuildContext& c, const std::string& com
     while (colon != std::string::npos) {
         size_t newline = out.find('\n', colon);
         if (newline == std::string::npos) break;
-        std::string dep = Trim(out.substr(colon + 1, newline - colon - 1));
+        std::string dep = platform::Trim(out.substr(colon + 1, newline - colon - 1));
         dep = ReplaceAll(dep, "\\ ", " ");
         for (char& ch : dep) {
             if (ch == '/') ch = '\\';
@@ -185,19 +172,20 @@ bool BuildEngine::FileCommand(const BuildContext& c, ConfigNode* file, std::stri
     if (error != 0 && error != platform::kErrorAlreadyExists) Write(kCreateFolderFailed);
 
     int type = FileTypeOf(file);
-    if (type < 1 || type > 3) return false;
-    const char* relative = file->GetAttribute("RelativePath");
+    if (type < config::kKindC || type > config::kKindCpp) return false;
+    const char* relative = file->GetAttribute(config::kRelativePathKey);
     if (relative == nullptr) return false;
     if (FindFileSettings(file) == nullptr) {
-        host_->FindSettingNode(file, SettingsNodeName(type), kSettingsFlagKey);
+        host_->FindSettingNode(file, SettingsNodeName(type), config::kSettingsFlagKey);
     }
     if (c.configuration == nullptr) return false;
-    bool assembler = type == 2;
-    std::string command = CommandTemplate(c, assembler ? "ADS_AsmParam" : "ADS_CParam",
-                                          assembler ? kDefaultAsmTemplate : kDefaultCTemplate);
+    bool assembler = type == config::kKindAsm;
+    std::string command = CommandTemplate(c, assembler ? config::kAsmParamKey : config::kCParamKey,
+                                          assembler ? config::kDefaultAsmTemplate : config::kDefaultCTemplate);
     command = ReplaceAll(command, "$(SOURCE)", relative);
-    command = ReplaceAll(command, "$(OBJ)", Format(".\\%s\\%s", c.target.c_str(), Text(file, "Output").c_str()));
-    Write(Format("compiling %s...\r\n", relative));
+    const std::string object = Text(file, config::kOutputKey);
+    command = ReplaceAll(command, "$(OBJ)", Format(".\\%s\\%s", c.target.c_str(), object.c_str()));
+    Write(Format(kCompilingForMake, relative));
 
     int tool = ChooseTool(file, c.target, c.configuration);
     int exe = ExecutableOf(tool);
@@ -222,7 +210,7 @@ bool BuildEngine::CommandFor(const BuildContext& context, ConfigNode* node, std:
     text->clear();
     if (node == nullptr) return false;
     try {
-        if (node->Name() == "File") return FileCommand(context, node, text);
+        if (node->Name() == config::kFileNode) return FileCommand(context, node, text);
         if (node == context.project_root || node->Parent() == nullptr) return RootCommand(context, text);
     } catch (const options::OptionError& e) {
         // No command line for a file whose options cannot be resolved.

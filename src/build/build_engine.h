@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "ads/config_node.h"
+#include "build/messages.h"
 #include "build/output_parser.h"
 #include "config/host_api.h"
 #include "config/path_macros.h"
@@ -36,16 +37,6 @@ struct BuildContext {
     Tools tools;
 };
 
-// Texts the engine writes, each in one place.
-extern const char kCreateFolderFailed[];   // "\r\ncreat target file failed!\r\n"
-extern const char kNoToolsForCompile[];    // "Could't find ADS compiler tools!"
-extern const char kNoToolsForBuild[];      // "Couldn't find ADS compiler tools, fail to build!!"
-extern const char kTargetNotCreated[];     // "Target not created\r\n"
-extern const char kNoProjectOrTarget[];    // "current Project Name and current target can't be none!\n"
-extern const char kBanner[];
-// The command templates a target gets on first use.
-extern const char kDefaultAsmTemplate[];   // "$(ADS_PARAM) \"$(SOURCE)\" \"$(OBJ)\""
-extern const char kDefaultCTemplate[];     // "$(ADS_PARAM) -c \"$(SOURCE)\" -o \"$(OBJ)\""               // "--------------------Configuration: %s - %s--------------------\r\n"
 
 class BuildEngine {
 public:

@@ -2,29 +2,29 @@
 // the linked image. A file that is not there is not an error.
 #include "build/build_engine.h"
 #include "build/node_text.h"
+#include "config/project_keys.h"
 
 namespace ads::build {
 
 void BuildEngine::Clean(const BuildContext& c) {
     if (c.project_root == nullptr) return;
-    std::string project = Text(c.project_root, "Name");
-    std::string report = Format("--------------Deleting intermediate files: %s - %s-------------\r\n",
-                                project.c_str(), c.target.c_str());
+    std::string project = Text(c.project_root, config::kNameKey);
+    std::string report = Format(kCleanBanner, project.c_str(), c.target.c_str());
     platform_->files->ChangeDir(c.project_dir);
     auto remove = [&](const std::string& path) {
         if (!platform_->files->PathExists(path)) return;
         std::string message;
         if (platform_->files->RemoveFile(path, &message) == 0) return;
-        report += "Error: Could not delete file \"" + path + "\" : " + message;
+        report += Format(kDeleteFailed, path.c_str()) + message;
     };
     // An object that is its own source file is not the build's to delete.
     ForEachObject(c.project_root, [&](const std::string&, const std::string& output, bool own) {
         if (!own) remove(c.target + "\\" + output);
     });
-    std::string user = Text(c.configuration, "ADS_USRAPPFILE");
+    std::string user = Text(c.configuration, config::kUserAppFileKey);
     std::string image = (user.empty() ? project : user) + ".axf";
-    std::string output_dir = Text(c.configuration, "ADS_OUTPUT_DIR");
-    if (output_dir == "{Project}") {
+    std::string output_dir = Text(c.configuration, config::kOutputDirKey);
+    if (output_dir == config::kProjectMacro) {
         remove(Format(".\\%s\\%s", c.target.c_str(), image.c_str()));
     } else {
         remove(Format("%s\\%s", output_dir.c_str(), image.c_str()));

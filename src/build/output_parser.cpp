@@ -6,6 +6,8 @@
 #include <memory>
 #include <string_view>
 
+#include "platform/text.h"
+
 namespace ads::build {
 
 const char kSourcePattern[] = "^\"([^\"]*)\", line ([0-9]+):([^\n]*)\n";
@@ -25,7 +27,6 @@ bool Contains(std::string_view line, const char* word) {
     return line.find(word) != std::string_view::npos;
 }
 
-bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n' || c == '\v' || c == '\f'; }
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
 // Past the end of the group that opens at template[t] ("(" included); the
@@ -187,8 +188,8 @@ std::string OutputParser::ParseLinkStep(const char* text, size_t length) {
         for (; i < tail.size() && IsDigit(tail[i]); ++i) {
             number = std::min<int64_t>(number * 10 + (tail[i] - '0'), std::numeric_limits<int32_t>::max());
         }
-        while (i < tail.size() && !IsBlank(tail[i])) ++i;
-        while (i < tail.size() && IsBlank(tail[i])) ++i;
+        while (i < tail.size() && !platform::IsWhitespace(tail[i])) ++i;
+        while (i < tail.size() && platform::IsWhitespace(tail[i])) ++i;
         if (i == tail.size()) break;
         if (tail[i] == 'e' || tail[i] == 'f') {
             AddSaturated(&errors_, number);

@@ -6,6 +6,8 @@
 
 #include "build/build_engine.h"
 #include "build/node_text.h"
+#include "config/path_macros.h"
+#include "config/project_keys.h"
 
 namespace ads::build {
 
@@ -29,17 +31,17 @@ std::string FromElfExtension(const std::string& switches) {
 }
 
 void BuildEngine::PostLink(const BuildContext& c) {
-    std::string kind = Text(c.configuration, "ADS_PostLnk");
-    if (EqualsIgnoringCase(kind, "ARM fromELF")) {
+    std::string kind = Text(c.configuration, config::kPostLinkKey);
+    if (EqualsIgnoringCase(kind, config::kPostLinkFromElf)) {
         RunFromElf(c);
-    } else if (EqualsIgnoringCase(kind, "Batch File Runner")) {
+    } else if (EqualsIgnoringCase(kind, config::kPostLinkBatchFile)) {
         RunBatchFile(c);
     }
 }
 
 void BuildEngine::RunFromElf(const BuildContext& c) {
-    Write("\n\nFromELF...");
-    std::string switches = Text(c.configuration, "ADS_FromELFParam");
+    Write(kFromElfStarted);
+    std::string switches = Text(c.configuration, config::kFromElfParamsKey);
     std::string command = c.tools.paths[kExeFromelf] + " " + switches;
     std::string extension = FromElfExtension(switches);
     size_t output = switches.find("-output");
@@ -59,7 +61,8 @@ void BuildEngine::RunFromElf(const BuildContext& c) {
             if (end == std::string::npos) end = switches.size();
             std::string name = switches.substr(from, end - from);
             if (name.find('\\') == std::string::npos && name.find(':') == std::string::npos) {
-                std::string dir = ReplaceAll(Text(c.configuration, "ADS_OUTPUT_DIR"), "{Project}", c.project_dir);
+                std::string dir =
+                    ReplaceAll(Text(c.configuration, config::kOutputDirKey), config::kProjectMacro, c.project_dir);
                 if (!dir.empty() && dir.back() != '\\') dir += '\\';
                 name = dir + name;
             }
@@ -73,27 +76,27 @@ void BuildEngine::RunFromElf(const BuildContext& c) {
     platform_->files->ChangeDir(c.project_dir);
     config::ToolRun run = host_->RunTool(command, 8000);
     if (run.ok && run.exit_code == 0) {
-        Write(Format("\n\nTranslation to %s format successful.", extension.c_str()));
+        Write(Format(kTranslationDone, extension.c_str()));
     } else {
-        Write(Format("\n\n%s\nTranslation to %s format failed.", run.output.c_str(), extension.c_str()));
+        Write(Format(kTranslationFailed, run.output.c_str(), extension.c_str()));
     }
 }
 
 void BuildEngine::RunBatchFile(const BuildContext& c) {
-    std::string value = Text(c.configuration, "ADS_BatchFileParam");
+    std::string value = Text(c.configuration, config::kBatchFileParamsKey);
     int flag = 0;
     std::vector<char> text(value.size() + 2, '\0');
     // "%d,(%s)": the captured text starts with the "(" and the command ends
     // at the first ")", so a command cannot hold one.
     if (std::sscanf(value.c_str(), "%d,%[^)])", &flag, text.data()) != 2 || flag != 1) return;
     std::string command = text.data() + 1;
-    Write(Format("\n\nUser Command:%s\r\n", command.c_str()));
+    Write(Format(kUserCommand, command.c_str()));
     platform_->files->ChangeDir(c.project_dir);
     config::ToolRun run = host_->RunTool(command, 8000);
     if (run.exit_code == 0 && run.ok) {
         Write(run.output);
     } else {
-        Write(Format("--- Error: User command terminated, Exit code = %d\r\n", run.exit_code));
+        Write(Format(kUserCommandFailed, run.exit_code));
     }
 }
 

@@ -5,71 +5,72 @@
 #include "build/build_engine.h"
 #include "build/node_text.h"
 #include "build/tool_choice.h"
+#include "config/defaults.h"
+#include "config/path_macros.h"
+#include "config/project_keys.h"
 #include "options/option_error.h"
 
 namespace ads::build {
 
 namespace {
-const char kLibrarian[] = "ARM Librarian";
 const char kArchiveTemplate[] = "-r \"$(ELF)\" $(OBJS)";
-const char kDefaultLinkTemplate[] = "$(OBJS) $(ADS_LNKPARAM) -o \"$(ELF)\"";
 
 bool IsLibrary(const ConfigNode* configuration) {
-    return EqualsIgnoringCase(Text(configuration, "ADS_LinkerName"), kLibrarian);
+    return EqualsIgnoringCase(Text(configuration, config::kLinkerNameKey), config::kLinkerArmar);
 }
 
-std::string ProjectName(const ConfigNode* root) { return Text(root, "Name"); }
+std::string ProjectName(const ConfigNode* root) { return Text(root, config::kNameKey); }
 }  // namespace
 
 int BuildEngine::CompileFile(const BuildContext& c, ConfigNode* file) {
     if (!c.tools.found) {
-        platform_->ui->ShowMessage(kNoToolsForCompile, "ADS");
+        platform_->ui->ShowMessage(kNoToolsForCompile, kMessageTitle);
         return 0;
     }
     if (file == nullptr) return 0;
     ForgetIncludeSwitches();
     parser_->ResetCounters();
-    const char* name = file->Root()->GetAttribute("Name");
-    Write(Format(kBanner, name ? name : "current project", c.target.c_str()));
+    const char* name = file->Root()->GetAttribute(config::kNameKey);
+    Write(Format(kBanner, name ? name : kUnnamedProject, c.target.c_str()));
 
     if (!host_->IsOutOfDate(c.target, file)) {
-        const char* output = file->GetAttribute("Output");
+        const char* output = file->GetAttribute(config::kOutputKey);
         if (output == nullptr) return 0;
         std::string object = output;
-        Write(Format("Compiling %s...\r\n", object.substr(0, object.size() >= 2 ? object.size() - 2 : 0).c_str()));
-        Write("skipping ... (no relevant changes detected)\r\n");
-        Write(Format("\r\n%s - %d error(s), %d warning(s)", output, parser_->errors(), parser_->warnings()));
+        Write(Format(kCompiling, object.substr(0, object.size() >= 2 ? object.size() - 2 : 0).c_str()));
+        Write(kSkipping);
+        Write(Format(kUpToDateSummary, output, parser_->errors(), parser_->warnings()));
         return 1;
     }
     if (c.configuration == nullptr) return 0;
     int32_t type = 0;
-    const char* type_text = file->GetAttributeInt("FileType", &type);
+    const char* type_text = file->GetAttributeInt(config::kFileTypeKey, &type);
     platform_->files->ChangeDir(c.project_dir);
 
-    if (type_text == nullptr || type != 2) {
+    if (type_text == nullptr || type != config::kKindAsm) {
         // C and C++ files: the host translates them, asking for the command.
         if (!host_->TranslateFile(c.target, file)) return 0;
-        const char* output = file->GetAttribute("Output");
+        const char* output = file->GetAttribute(config::kOutputKey);
         if (output == nullptr) return 0;
-        Write(Format("\r\nCreate %s - %d error(s), %d warning(s)", output, parser_->errors(), parser_->warnings()));
+        Write(Format(kCreateSummary, output, parser_->errors(), parser_->warnings()));
         return 1;
     }
 
     // Assembler files are assembled here.
-    const char* relative = file->GetAttribute("RelativePath");
+    const char* relative = file->GetAttribute(config::kRelativePathKey);
     if (relative == nullptr) return 0;
     std::string path = relative;
     size_t slash = path.rfind('\\');
     std::string display = slash == std::string::npos ? path : path.substr(slash + 1);
     size_t dot = display.rfind('.');
     if (dot != std::string::npos) display.resize(dot);
-    if (FindFileSettings(file) == nullptr) host_->FindSettingNode(file, kAsmSettings, kSettingsFlagKey);
-    std::string command = CommandTemplate(c, "ADS_AsmParam", kDefaultAsmTemplate);
+    if (FindFileSettings(file) == nullptr) host_->FindSettingNode(file, config::kAsmParamKey, config::kSettingsFlagKey);
+    std::string command = CommandTemplate(c, config::kAsmParamKey, config::kDefaultAsmTemplate);
     command = ReplaceAll(command, "$(SOURCE)", relative);
-    const char* output = file->GetAttribute("Output");
+    const char* output = file->GetAttribute(config::kOutputKey);
     std::string object = output ? Format(".\\%s\\%s", c.target.c_str(), output) : path;
     command = ReplaceAll(command, "$(OBJ)", object);
-    Write(Format("Assembling %s...\r\n", display.c_str()));
+    Write(Format(kAssembling, display.c_str()));
     std::string option_string;
     try {
         config::PathMacros macros = Macros(c);
@@ -92,12 +93,12 @@ int BuildEngine::CompileFile(const BuildContext& c, ConfigNode* file) {
         Write(parser_->Parse(run.output.data(), run.output.size()));
     }
     if (output == nullptr) return 0;
-    Write(Format("\r\nCreate %s - %d error(s), %d warning(s)", output, parser_->errors(), parser_->warnings()));
+    Write(Format(kCreateSummary, output, parser_->errors(), parser_->warnings()));
     return 1;
 }
 
 std::string BuildEngine::ImageName(const BuildContext& c, bool library) const {
-    std::string user = Text(c.configuration, "ADS_USRAPPFILE");
+    std::string user = Text(c.configuration, config::kUserAppFileKey);
     return (user.empty() ? ProjectName(c.project_root) : user) + (library ? ".a" : ".axf");
 }
 
@@ -111,12 +112,12 @@ std::string BuildEngine::ObjectList(const BuildContext& c) {
 
 std::string BuildEngine::ImagePath(const BuildContext& c, bool library, std::string* full_path) const {
     std::string name = ImageName(c, library);
-    std::string output_dir = Text(c.configuration, "ADS_OUTPUT_DIR");
-    if (output_dir == "{Project}") {
+    std::string output_dir = Text(c.configuration, config::kOutputDirKey);
+    if (output_dir == config::kProjectMacro) {
         *full_path = Format("%s%s\\%s", c.project_dir.c_str(), c.target.c_str(), name.c_str());
         return Format(".\\%s\\%s", c.target.c_str(), name.c_str());
     }
-    std::string dir = ReplaceAll(output_dir, "{Project}", c.project_dir);
+    std::string dir = ReplaceAll(output_dir, config::kProjectMacro, c.project_dir);
     *full_path = Format("%s\\%s", dir.c_str(), name.c_str());
     return *full_path;
 }
@@ -131,19 +132,20 @@ bool BuildEngine::RootCommand(const BuildContext& c, std::string* text) {
     bool library = IsLibrary(c.configuration);
     std::string command;
     if (library) {
-        Write("\r\nlibrarian...\r\n");
+        Write(kArchiving);
         parser_->SetLinkStep();
         command = c.tools.paths[kExeArmar] + " " + kArchiveTemplate;
     } else {
-        Write("\r\nLinking...\r\n");
+        Write(kLinking);
         parser_->SetLinkStep();
-        command = c.tools.paths[kExeArmlink] + " " + CommandTemplate(c, "ADS_LinkParam", kDefaultLinkTemplate);
+        command = c.tools.paths[kExeArmlink] + " " +
+                  CommandTemplate(c, config::kLinkParamKey, config::kDefaultLinkTemplate);
     }
     std::string elf = ImagePath(c, library, &application_file_);
     command = ReplaceAll(command, "$(ELF)", elf);
     command = ReplaceAll(command, "$(OBJS)", ObjectList(c));
 
-    std::string linker = Text(c.configuration, "ADS_LNKPARAM");
+    std::string linker = Text(c.configuration, config::kLinkerParamsKey);
     size_t scatter = linker.find("-scatter");
     if (scatter != std::string::npos) {
         // The scatter description's path goes through the path macros.
@@ -172,14 +174,15 @@ bool BuildEngine::RootCommand(const BuildContext& c, std::string* text) {
 int BuildEngine::BuildTarget(const BuildContext& c, uintptr_t arg) {
     if (arg == 0 && c.configuration != nullptr) {
         int32_t rebuild = 0;
-        if (c.configuration->GetAttributeInt("ADS_ReBuild", &rebuild) != nullptr && rebuild != 0) {
+        if (c.configuration->GetAttributeInt(config::kRebuildKey, &rebuild) != nullptr && rebuild != 0) {
             // The pending rebuild request is consumed.
-            config::EditNode(*host_, c.configuration, [](ConfigNode* e) { e->SetAttributeInt("ADS_ReBuild", 0); });
+            config::EditNode(*host_, c.configuration,
+                             [](ConfigNode* e) { e->SetAttributeInt(config::kRebuildKey, 0); });
         }
     }
     platform_->files->ChangeDir(c.project_dir);
     if (!c.tools.found) {
-        platform_->ui->ShowMessage(kNoToolsForBuild, "ADS");
+        platform_->ui->ShowMessage(kNoToolsForBuild, kMessageTitle);
         return 0;
     }
     parser_->ResetCounters();
@@ -189,26 +192,25 @@ int BuildEngine::BuildTarget(const BuildContext& c, uintptr_t arg) {
         Write(kNoProjectOrTarget);
         return 0;
     }
-    std::string output_dir = Text(c.configuration, "ADS_OUTPUT_DIR");
+    std::string output_dir = Text(c.configuration, config::kOutputDirKey);
     std::string image;
-    if (!output_dir.empty() && output_dir != "{Project}") {
+    if (!output_dir.empty() && output_dir != config::kProjectMacro) {
         uint32_t error = platform_->files->MakeDir(output_dir);
         if (error != 0 && error != platform::kErrorAlreadyExists) Write(kCreateFolderFailed);
         image = output_dir + "\\" + project + ".axf";
     } else {
         image = ".\\" + c.target + "\\" + project + ".axf";
     }
-    Write(Format("--------------------Configuration: %s - %s--------------------\r\n\r\nbuild target 'ADS-%s'\r\n",
-                 project.c_str(), c.target.c_str(), c.target.c_str()));
+    Write(Format(kBanner, project.c_str(), c.target.c_str()) + Format(kBuildTargetLine, c.target.c_str()));
     // The image the post-link step converts, also when the make finds
     // nothing to link.
     ImagePath(c, IsLibrary(c.configuration), &application_file_);
     bool made = host_->MakeTarget(c.target, c.project_root);
-    if (made && Text(c.configuration, "AppFile") != image) {
-        config::EditNode(*host_, c.configuration, [&](ConfigNode* e) { e->SetAttribute("AppFile", image.c_str()); });
+    if (made && Text(c.configuration, config::kAppFileKey) != image) {
+        config::EditNode(*host_, c.configuration,
+                         [&](ConfigNode* e) { e->SetAttribute(config::kAppFileKey, image.c_str()); });
     }
-    const char* kind = IsLibrary(c.configuration) ? "\r\n\r\n%s.a created - %d error(s), %d warning(s)"
-                                                  : "\r\n\r\n%s.axf created - %d error(s), %d warning(s)";
+    const char* kind = IsLibrary(c.configuration) ? kLibrarySummary : kImageSummary;
     Write(Format(kind, project.c_str(), parser_->errors(), parser_->warnings()));
     if (parser_->errors() < 1) {
         PostLink(c);

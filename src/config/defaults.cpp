@@ -3,13 +3,12 @@
 #include <cstdio>
 
 #include "config/search_paths.h"
+#include "platform/text.h"
+#include "config/project_keys.h"
 
 namespace ads::config {
 
 const char kDefaultFileMap[] = "(.s@armasm),(.c@armcc),(.cc&&.cpp@armcpp)";
-const char kDefaultOutputDir[] = "{Project}";
-const char kDefaultLinkerName[] = "ARM Linker";
-const char kDefaultPostLink[] = "ARM fromELF";
 const char kDefaultBatchFile[] = "0,()";
 // The leading blanks are deliberate: these texts are appended directly
 // behind other switches.
@@ -37,27 +36,27 @@ const char kDefaultLinkTemplate[] = "$(OBJS) $(ADS_LNKPARAM) -o \"$(ELF)\"";
 const char kDefaultDebugOptions[] = "1,RDI 0,1,0,1,0,(\"\")";
 
 const TargetDefault kTargetDefaults[] = {
-    {"ADS_AsmParam", kDefaultAsmTemplate},
-    {"ADS_CParam", kDefaultCTemplate},
-    {"ADS_LinkParam", kDefaultLinkTemplate},
-    {"ADS_OPTDBG", kDefaultDebugOptions},
-    {"ADS_OUTPUT_DIR", kDefaultOutputDir},
-    {"ADS_LinkerName", kDefaultLinkerName},
-    {"ADS_FileMap", kDefaultFileMap},
-    {"ADS_USRAPPFILE", ""},
-    {"SearchPath", kDefaultSearchPath},
-    {"ADS_LNKPARAM", ""},
-    {"AppFile", ""},
-    {"ADS_GArmAsmParam", kDefaultAsmParams},
-    {"ADS_GArmCCParam", kDefaultCompilerParams},
-    {"ADS_GArmCppParam", kDefaultCompilerParams},
-    {"ADS_GThmCCParam", kDefaultCompilerParams},
-    {"ADS_GThmCppParam", kDefaultCompilerParams},
-    {"ADS_FromELFParam", kDefaultFromElfParams},
-    {"ADS_PostLnk", kDefaultPostLink},
-    {"UpdateTgtBeforeDbg", "1"},
-    {"ServeDebugOptions", ""},
-    {"ADS_BatchFileParam", kDefaultBatchFile},
+    {kAsmParamKey, kDefaultAsmTemplate},
+    {kCParamKey, kDefaultCTemplate},
+    {kLinkParamKey, kDefaultLinkTemplate},
+    {kDebugOptionsKey, kDefaultDebugOptions},
+    {kOutputDirKey, kDefaultOutputDir},
+    {kLinkerNameKey, kDefaultLinkerName},
+    {kFileMapKey, kDefaultFileMap},
+    {kUserAppFileKey, ""},
+    {kSearchPathKey, kDefaultSearchPath},
+    {kLinkerParamsKey, ""},
+    {kAppFileKey, ""},
+    {kArmAsmParamsKey, kDefaultAsmParams},
+    {kArmCcParamsKey, kDefaultCompilerParams},
+    {kArmCppParamsKey, kDefaultCompilerParams},
+    {kThumbCcParamsKey, kDefaultCompilerParams},
+    {kThumbCppParamsKey, kDefaultCompilerParams},
+    {kFromElfParamsKey, kDefaultFromElfParams},
+    {kPostLinkKey, kDefaultPostLink},
+    {kUpdateBeforeDebugKey, "1"},
+    {kServeDebugOptionsKey, ""},
+    {kBatchFileParamsKey, kDefaultBatchFile},
 };
 const size_t kTargetDefaultCount = sizeof kTargetDefaults / sizeof kTargetDefaults[0];
 
@@ -72,31 +71,13 @@ std::string FormatSimulatorClock(double clock) {
 }
 
 void WriteTargetDefaults(ConfigNode* node, double simulator_clock) {
-    node->SetAttribute("SIMCLK", FormatSimulatorClock(simulator_clock));
+    node->SetAttribute(kSimClockKey, FormatSimulatorClock(simulator_clock));
     for (const TargetDefault& d : kTargetDefaults) node->SetAttribute(d.key, d.value);
 }
 
-namespace {
-
-std::string Lower(std::string s) {
-    for (char& c : s) {
-        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-    }
-    return s;
-}
-
-std::string BaseName(const std::string& path) {
-    const size_t slash = path.find_last_of("\\/");
-    return slash == std::string::npos ? path : path.substr(slash + 1);
-}
-
-}  // namespace
-
 int SourceKindFromFileMap(const std::string& file_map, const std::string& path) {
-    const std::string base = BaseName(path);
-    const size_t dot = base.rfind('.');
-    if (dot == std::string::npos) return kKindNone;
-    const std::string extension = Lower(base.substr(dot));
+    const std::string extension = platform::Lower(platform::ExtensionOf(path));
+    if (extension.empty()) return kKindNone;
     // A group's kind follows its tool word; a group without a known one
     // takes its place in the written order: assembler, C, C++. (Imported
     // maps list the compilers first.)
@@ -106,7 +87,7 @@ int SourceKindFromFileMap(const std::string& file_map, const std::string& path) 
         const size_t close = file_map.find(')', open);
         const std::string text = file_map.substr(open + 1, close == std::string::npos ? std::string::npos : close - open - 1);
         const size_t at = text.find('@');
-        const std::string tool = at == std::string::npos ? std::string() : Lower(text.substr(at + 1));
+        const std::string tool = at == std::string::npos ? std::string() : platform::Lower(text.substr(at + 1));
         int kind = group < 3 ? by_place[group] : kKindNone;
         if (tool == "armasm") kind = kKindAsm;
         else if (tool == "armcc" || tool == "tcc") kind = kKindC;
@@ -115,7 +96,7 @@ int SourceKindFromFileMap(const std::string& file_map, const std::string& path) 
         for (size_t start = 0; start <= extensions.size() && kind != kKindNone;) {
             size_t end = extensions.find("&&", start);
             if (end == std::string::npos) end = extensions.size();
-            if (Lower(extensions.substr(start, end - start)) == extension) return kind;
+            if (platform::Lower(extensions.substr(start, end - start)) == extension) return kind;
             start = end + 2;
         }
         if (close == std::string::npos) break;
@@ -125,10 +106,7 @@ int SourceKindFromFileMap(const std::string& file_map, const std::string& path) 
 }
 
 std::string ObjectFileName(const std::string& relative_path) {
-    std::string base = BaseName(relative_path);
-    const size_t dot = base.rfind('.');
-    if (dot != std::string::npos && dot > 0) base.resize(dot);
-    return base + ".o";
+    return platform::StemOf(relative_path) + ".o";
 }
 
 }  // namespace ads::config

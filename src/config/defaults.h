@@ -6,14 +6,16 @@
 #include <string>
 
 #include "ads/config_node.h"
+#include "config/path_macros.h"
+#include "config/project_keys.h"
 #include "config/target_settings.h"
 
 namespace ads::config {
 
 extern const char kDefaultFileMap[];       // "(.s@armasm),(.c@armcc),(.cc&&.cpp@armcpp)"
-extern const char kDefaultOutputDir[];     // "{Project}"
-extern const char kDefaultLinkerName[];    // "ARM Linker"
-extern const char kDefaultPostLink[];      // "ARM fromELF"
+inline constexpr const char* kDefaultOutputDir = kProjectMacro;
+inline constexpr const char* kDefaultLinkerName = kLinkerArmlink;
+inline constexpr const char* kDefaultPostLink = kPostLinkFromElf;
 extern const char kDefaultBatchFile[];     // "0,()"
 extern const char kDefaultAsmParams[];     // " -keep -split_ldm -g"
 extern const char kDefaultCompilerParams[];// " -O0 -g+"

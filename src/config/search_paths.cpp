@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "platform/platform.h"
+#include "platform/text.h"
 
 namespace ads::config {
 
@@ -14,22 +15,6 @@ namespace {
 // Longer paths than this are out of reach of the ANSI file functions; the
 // limit also ends a walk that a link back up the tree would make endless.
 constexpr size_t kMaxPath = 260;
-
-char Lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-
-bool CaseBlindLess(const std::string& a, const std::string& b) {
-    const size_t n = std::min(a.size(), b.size());
-    for (size_t i = 0; i < n; ++i) {
-        if (Lower(a[i]) != Lower(b[i])) return Lower(a[i]) < Lower(b[i]);
-    }
-    if (a.size() != b.size()) return a.size() < b.size();
-    return a < b;  // names that differ only in case: a fixed order all the same
-}
-
-std::string Join(const std::string& directory, const std::string& name) {
-    if (!directory.empty() && (directory.back() == '\\' || directory.back() == '/')) return directory + name;
-    return directory + "\\" + name;
-}
 
 }  // namespace
 
@@ -74,10 +59,10 @@ std::string ExpandSearchPathEntry(const std::string& entry, const PathMacros& ma
         std::vector<std::string> children;
         for (const platform::DirectoryEntry& e : entries) {
             if (!e.is_directory || e.is_hidden) continue;
-            std::string child = Join(directory, e.name);
+            std::string child = platform::JoinPath(directory, e.name);
             if (child.size() < kMaxPath) children.push_back(std::move(child));
         }
-        std::sort(children.begin(), children.end(), CaseBlindLess);
+        std::sort(children.begin(), children.end(), platform::LessIgnoringCase);
         pending.insert(pending.end(), children.rbegin(), children.rend());
     }
     return out;

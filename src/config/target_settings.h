@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "ads/config_node.h"
+#include "config/project_keys.h"
 
 namespace ads::config {
 
@@ -22,16 +23,6 @@ struct StorageEntry {
 };
 
 constexpr int kMaxStorageNodes = 32;
-
-// Source kinds of a "File" node ("FileType") and of the settings scope.
-enum SourceKind : int {
-    kKindNone = 0,
-    kKindC = 1,
-    kKindAsm = 2,
-    kKindCpp = 3,
-    kKindFolder = 7,
-    kKindProject = 8,
-};
 
 struct TargetRecord {
     std::string name;

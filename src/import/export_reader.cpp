@@ -10,6 +10,7 @@
 #include "import/panel_text.h"
 #include "import/project_files.h"
 #include "platform/platform.h"
+#include "platform/text.h"
 
 namespace ads::import {
 
@@ -73,8 +74,7 @@ public:
         }
         // Texts are 8-bit and pass through as they stand: read as UTF-8, a
         // Latin-1 byte before a '<' would swallow the tag.
-        static const char kByteOrderMark[] = "\xEF\xBB\xBF";
-        if (filtered.text.compare(0, 3, kByteOrderMark) == 0) filtered.text.erase(0, 3);
+        if (platform::StartsWithByteOrderMark(filtered.text)) filtered.text.erase(0, 3);
         // Created after the filter, gone when the read returns, either way.
         auto document = std::make_unique<TiXmlDocument>();
         document->Parse(filtered.text.c_str(), nullptr, TIXML_ENCODING_LEGACY);
@@ -289,7 +289,7 @@ private:
                 std::string on_disk = config::ReplaceOneMacroKind(candidate, macros_);
                 const bool relative = on_disk == candidate && !platform::IsAbsolutePath(candidate) &&
                                       (candidate.empty() || candidate[0] != '\\');
-                if (relative) on_disk = JoinPath(folder_, candidate);
+                if (relative) on_disk = platform::JoinPath(folder_, candidate);
                 // A macro's value ends with a backslash and the join adds one.
                 on_disk = options_.files->FullPath(on_disk);
                 if (!options_.files->FileExists(on_disk)) continue;
@@ -323,12 +323,6 @@ void Clear(ImportModel* model) {
 
 }  // namespace
 
-std::string FolderOf(const std::string& path) {
-    const size_t cut = path.find_last_of("\\/");
-    if (cut == std::string::npos) return std::string();
-    return cut == 0 ? path.substr(0, 1) : path.substr(0, cut);
-}
-
 bool ReadExportText(const std::string& text, const std::string& export_folder, const ReaderOptions& options,
                     ImportModel* model) {
     *model = ImportModel();
@@ -346,7 +340,7 @@ bool ReadExport(const std::string& path, const ReaderOptions& options, ImportMod
         return false;
     }
     const std::string full = options.files->FullPath(path);
-    const std::string folder = FolderOf(full);
+    const std::string folder = platform::DirectoryOf(full);
     Reader reader(options, folder, model);
     reader.ScanFolder();
     std::string text;

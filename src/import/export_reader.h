@@ -36,7 +36,4 @@ bool ReadExport(const std::string& path, const ReaderOptions& options, ImportMod
 bool ReadExportText(const std::string& text, const std::string& export_folder, const ReaderOptions& options,
                     ImportModel* model);
 
-// The folder part of a path ("" when it has none).
-std::string FolderOf(const std::string& path);
-
 }  // namespace ads::import

@@ -3,21 +3,9 @@
 #include <algorithm>
 
 #include "platform/platform.h"
+#include "platform/text.h"
 
 namespace ads::import {
-
-std::string LowerAscii(std::string text) {
-    for (char& c : text) {
-        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-    }
-    return text;
-}
-
-std::string JoinPath(const std::string& folder, const std::string& name) {
-    if (folder.empty()) return name;
-    const char last = folder.back();
-    return last == '\\' || last == '/' ? folder + name : folder + "\\" + name;
-}
 
 void ProjectFiles::Scan(platform::FileSystem& files, const std::string& folder) {
     folder_ = folder;
@@ -37,7 +25,7 @@ void ProjectFiles::Scan(platform::FileSystem& files, const std::string& folder) 
         if (!files.ListDirectory(path, &frame.entries)) return;
         std::stable_sort(frame.entries.begin(), frame.entries.end(),
                          [](const platform::DirectoryEntry& a, const platform::DirectoryEntry& b) {
-                             return LowerAscii(a.name) < LowerAscii(b.name);
+                             return platform::Lower(a.name) < platform::Lower(b.name);
                          });
         stack.push_back(std::move(frame));
     };
@@ -51,20 +39,20 @@ void ProjectFiles::Scan(platform::FileSystem& files, const std::string& folder) 
         }
         const platform::DirectoryEntry entry = top.entries[top.next++];
         if (entry.name.empty() || entry.name == "." || entry.name == ".." || entry.is_hidden) continue;
-        std::string path = JoinPath(top.path, entry.name);
+        std::string path = platform::JoinPath(top.path, entry.name);
         if (path.size() >= kMaxPath) continue;
         if (entry.is_directory) {
             open(path, stack);  // `top` may move: not used after this
             continue;
         }
-        first_.emplace(LowerAscii(entry.name), names_.size());
+        first_.emplace(platform::Lower(entry.name), names_.size());
         names_.push_back(entry.name);
         paths_.push_back(std::move(path));
     }
 }
 
 const std::string* ProjectFiles::Find(const std::string& name) const {
-    auto it = first_.find(LowerAscii(name));
+    auto it = first_.find(platform::Lower(name));
     return it == first_.end() ? nullptr : &paths_[it->second];
 }
 

@@ -45,11 +45,5 @@ private:
     std::unordered_map<std::string, size_t> first_;  // lower-case name -> first index
 };
 
-// The folder and the name joined with one backslash (none added when the
-// folder ends with a separator).
-std::string JoinPath(const std::string& folder, const std::string& name);
-
-// ASCII lower case.
-std::string LowerAscii(std::string text);
 
 }  // namespace ads::import

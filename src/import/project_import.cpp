@@ -1,31 +1,37 @@
 #include "import/project_import.h"
 
-#include "build/tool_choice.h"
 #include "config/defaults.h"
+#include "config/file_tools.h"
 #include "config/path_macros.h"
 #include "config/target_settings.h"
 #include "import/panel_readers.h"
 #include "import/panel_translators.h"
 #include "import/project_files.h"
+#include "platform/text.h"
 
 namespace ads::import {
 
 namespace {
 
-// The compilers of the mapping string, in its order, with the name each
-// mapping gives them.
+// The tools of the mapping string, in its order, with the word it gives
+// them.
 struct MappedTool {
-    const char* compiler;
+    int number;
     const char* tool;
     int kind;  // the FileType of what it translates
 };
 const MappedTool kMappedTools[] = {
-    {"ARM C Compiler", "armcc", config::kKindC},
-    {"ARM C++ Compiler", "armcpp", config::kKindCpp},
-    {"Thumb C Compiler", "tcc", config::kKindC},
-    {"Thumb C++ Compiler", "tcpp", config::kKindCpp},
-    {"ARM Assembler", "armasm", config::kKindAsm},
+    {config::kToolArmcc, "armcc", config::kKindC},
+    {config::kToolArmcpp, "armcpp", config::kKindCpp},
+    {config::kToolTcc, "tcc", config::kKindC},
+    {config::kToolTcpp, "tcpp", config::kKindCpp},
+    {config::kToolArmasm, "armasm", config::kKindAsm},
 };
+
+// A mapping's compiler names the tool (the mapping page's name).
+bool Names(const FileMapping& mapping, const MappedTool& tool) {
+    return platform::EqualsIgnoringCase(mapping.compiler, config::kToolDisplayNames[tool.number]);
+}
 
 // The five tool panels with the key each is written under.
 struct ToolKey {
@@ -34,41 +40,26 @@ struct ToolKey {
     const char* tool;
 };
 const ToolKey kToolKeys[] = {
-    {kPanelAssembler, "ADS_GArmAsmParam", "armasm"}, {kPanelArmC, "ADS_GArmCCParam", "armcc"},
-    {kPanelArmCpp, "ADS_GArmCppParam", "armcpp"},    {kPanelThumbC, "ADS_GThmCCParam", "tcc"},
-    {kPanelThumbCpp, "ADS_GThmCppParam", "tcpp"},
+    {kPanelAssembler, config::kArmAsmParamsKey, "armasm"}, {kPanelArmC, config::kArmCcParamsKey, "armcc"},
+    {kPanelArmCpp, config::kArmCppParamsKey, "armcpp"},    {kPanelThumbC, config::kThumbCcParamsKey, "tcc"},
+    {kPanelThumbCpp, config::kThumbCppParamsKey, "tcpp"},
 };
-
-std::string BaseName(const std::string& path) {
-    const size_t cut = path.find_last_of("\\/");
-    std::string name = cut == std::string::npos ? path : path.substr(cut + 1);
-    const size_t dot = name.find('.');
-    if (dot != std::string::npos && dot > 0) name.resize(dot);
-    return name;
-}
-
-std::string ExtensionOf(const std::string& path) {
-    const size_t cut = path.find_last_of("\\/");
-    const size_t dot = path.rfind('.');
-    if (dot == std::string::npos || (cut != std::string::npos && dot < cut)) return std::string();
-    return LowerAscii(path.substr(dot));
-}
 
 // The post-link steps the build knows, "None" being none.
 bool IsAdsPostLinker(const std::string& name) {
-    const std::string lower = LowerAscii(name);
-    return lower == "arm fromelf" || lower == "batch file runner" || name == "None";
+    return platform::EqualsIgnoringCase(name, config::kPostLinkFromElf) ||
+           platform::EqualsIgnoringCase(name, config::kPostLinkBatchFile) || name == "None";
 }
 
 ConfigNode* MakeFile(const FileRef& ref, const std::string& group, const ImportModel& model) {
-    auto* file = new ConfigNode("File");
-    file->SetAttribute("RelativePath", ref.path);
+    auto* file = new ConfigNode(config::kFileNode);
+    file->SetAttribute(config::kRelativePathKey, ref.path);
     const int kind = FileKindOf(ref.path, model);
-    file->SetAttributeInt("FileType", kind);
+    file->SetAttributeInt(config::kFileTypeKey, kind);
     if (kind == config::kKindC || kind == config::kKindAsm || kind == config::kKindCpp) {
-        file->SetAttribute("Output", config::ObjectFileName(ref.path));
+        file->SetAttribute(config::kOutputKey, config::ObjectFileName(ref.path));
     }
-    if (!group.empty()) file->SetAttribute("Group", group);
+    if (!group.empty()) file->SetAttribute(config::kGroupKey, group);
     return file;
 }
 
@@ -76,16 +67,16 @@ ConfigNode* MakeFile(const FileRef& ref, const std::string& group, const ImportM
 // a file the user adds does. Groups are one level deep.
 void AssignTools(config::HostApi& host, ConfigNode* first_new, ConfigNode* configurations) {
     auto assign = [&](ConfigNode* node) {
-        if (node->Name() != "File") return;
+        if (node->Name() != config::kFileNode) return;
         int32_t kind = 0;
-        node->GetAttributeInt("FileType", &kind);
+        node->GetAttributeInt(config::kFileTypeKey, &kind);
         if (kind == config::kKindC || kind == config::kKindAsm || kind == config::kKindCpp) {
-            build::AssignToolsOnAdd(host, node, configurations);
+            config::AssignToolsOnAdd(host, node, configurations);
         }
     };
     for (ConfigNode* node = first_new; node != nullptr; node = node->NextSibling()) {
         assign(node);
-        if (node->Name() != "Filter") continue;
+        if (node->Name() != config::kFilterNode) continue;
         for (ConfigNode* child = node->FirstChild(); child != nullptr; child = child->NextSibling()) assign(child);
     }
 }
@@ -100,8 +91,8 @@ void AddFileTree(config::HostApi& host, ConfigNode* files, ConfigNode* configura
                 for (const FileRef& ref : entry.files) edit->AppendChild(MakeFile(ref, std::string(), model));
                 continue;
             }
-            auto* filter = new ConfigNode("Filter");
-            filter->SetAttribute("Name", entry.name);
+            auto* filter = new ConfigNode(config::kFilterNode);
+            filter->SetAttribute(config::kNameKey, entry.name);
             for (const FileRef& ref : entry.files) filter->AppendChild(MakeFile(ref, entry.name, model));
             edit->AppendChild(filter);
         }
@@ -122,27 +113,27 @@ public:
 
     // Only what the chosen device names: the rest stays unset.
     void PutDevice(const DeviceSettings& device) {
-        PutIfSet("DEVICE", device.device);
-        PutIfSet("VENDOR", device.vendor);
+        PutIfSet(config::kDeviceKey, device.device);
+        PutIfSet(config::kVendorKey, device.vendor);
         PutIfSet("FAMINY", device.family);
-        PutIfSet("CPU", device.cpu);
+        PutIfSet(config::kCpuKey, device.cpu);
         PutIfSet("SIMDL", device.simulator_dll);
         PutIfSet("MONDL", device.monitor_dll);
         PutIfSet("RGF", device.rgf);
-        PutIfSet("SIMCLK", device.simulator_clock);
+        PutIfSet(config::kSimClockKey, device.simulator_clock);
     }
 
     void PutDefaults() {
-        Put("Name", target_.name);
-        Put("ADS_CParam", config::kDefaultCTemplate);
-        Put("ADS_AsmParam", config::kDefaultAsmTemplate);
-        Put("ADS_LinkParam", config::kDefaultLinkTemplate);
-        Put("ADS_OPTDBG", config::kDefaultDebugOptions);
-        Put("ADS_USRAPPFILE", "");
+        Put(config::kNameKey, target_.name);
+        Put(config::kCParamKey, config::kDefaultCTemplate);
+        Put(config::kAsmParamKey, config::kDefaultAsmTemplate);
+        Put(config::kLinkParamKey, config::kDefaultLinkTemplate);
+        Put(config::kDebugOptionsKey, config::kDefaultDebugOptions);
+        Put(config::kUserAppFileKey, "");
     }
 
     void PutSearchPaths() {
-        Put("SearchPath", SearchPathText(target_));
+        Put(config::kSearchPathKey, SearchPathText(target_));
         int recursive = 0;
         for (const auto* list : {&target_.user_paths, &target_.system_paths}) {
             for (const SearchPath& p : *list) recursive += p.recursive ? 1 : 0;
@@ -155,35 +146,35 @@ public:
 
     void PutLinkerPanel() {
         const PanelRecord& linker = target_.panels[kPanelLinker];
-        if (linker.present) Put("ADS_LNKPARAM", TranslateLinker(linker, PanelNotes("ARM Linker")));
+        if (linker.present) Put(config::kLinkerParamsKey, TranslateLinker(linker, PanelNotes("ARM Linker")));
     }
 
     void PutFileMap() {
         const std::string map = MappingString(target_.mappings);
         if (map.empty()) target_notes_.Add("no file mapping names an ADS tool");
-        Put("ADS_FileMap", map);
+        Put(config::kFileMapKey, map);
     }
 
     // The names are kept as the export has them, whatever the build makes of
     // them; the output folder is always the default one.
     void PutLinkers() {
         const std::string& linker_name = target_.linker.linker;
-        if (!linker_name.empty() && LowerAscii(linker_name) != "arm linker" &&
-            LowerAscii(linker_name) != "arm librarian") {
+        if (!linker_name.empty() && !platform::EqualsIgnoringCase(linker_name, config::kLinkerArmlink) &&
+            !platform::EqualsIgnoringCase(linker_name, config::kLinkerArmar)) {
             target_notes_.Add("linker '" + linker_name + "' is not an ADS tool; the target is linked with armlink");
         }
-        Put("ADS_LinkerName", linker_name);
-        Put("ADS_OUTPUT_DIR", config::kDefaultOutputDir);
+        Put(config::kLinkerNameKey, linker_name);
+        Put(config::kOutputDirKey, config::kDefaultOutputDir);
         const std::string& post = target_.linker.post_linker;
         if (!post.empty() && !IsAdsPostLinker(post)) {
             target_notes_.Add("post-linker '" + post + "' is not one the plug-in runs after a link");
         }
-        Put("ADS_PostLnk", post.empty() ? config::kDefaultPostLink : post);
+        Put(config::kPostLinkKey, post.empty() ? config::kDefaultPostLink : post);
     }
 
     void PutFromElfPanel() {
         const PanelRecord& elf = target_.panels[kPanelFromElf];
-        if (elf.present) Put("ADS_FromELFParam", TranslateFromElf(elf, PanelNotes("ARM fromELF")));
+        if (elf.present) Put(config::kFromElfParamsKey, TranslateFromElf(elf, PanelNotes("ARM fromELF")));
     }
 
     // A tool without a panel gets no key and one note names them all.
@@ -220,9 +211,9 @@ public:
     }
 
     void PutDebugScripts() {
-        Put("ServeDebugOptions", "");
-        Put("InitScriptForSim", "");
-        Put("InitScriptForEmu", "");
+        Put(config::kServeDebugOptionsKey, "");
+        Put(config::kInitScriptSimKey, "");
+        Put(config::kInitScriptEmuKey, "");
     }
 
 private:
@@ -247,7 +238,7 @@ std::string MappingString(const std::vector<FileMapping>& mappings) {
     for (const MappedTool& tool : kMappedTools) {
         std::string extensions;
         for (const FileMapping& m : mappings) {
-            if (LowerAscii(m.compiler) != LowerAscii(tool.compiler)) continue;
+            if (!Names(m, tool)) continue;
             if (!extensions.empty()) extensions += "&&";
             extensions += m.extension;
         }
@@ -268,13 +259,13 @@ std::string SearchPathText(const ImportTarget& target) {
 }
 
 int FileKindOf(const std::string& path, const ImportModel& model) {
-    const std::string extension = ExtensionOf(path);
+    const std::string extension = platform::Lower(platform::ExtensionOf(path));
     if (extension.empty()) return config::kKindNone;
     for (const ImportTarget& target : model.targets) {
         for (const FileMapping& m : target.mappings) {
-            if (LowerAscii(m.extension) != extension) continue;
+            if (platform::Lower(m.extension) != extension) continue;
             for (const MappedTool& tool : kMappedTools) {
-                if (LowerAscii(m.compiler) == LowerAscii(tool.compiler)) return tool.kind;
+                if (Names(m, tool)) return tool.kind;
             }
         }
     }
@@ -309,17 +300,20 @@ std::vector<std::string> ImportNotes(const ImportModel& model) {
 
 int ImportProject(config::HostApi& host, ConfigNode* project, const ImportRequest& request, ImportModel* model_out) {
     if (project == nullptr) return 0;
-    const std::string name = request.project_name.empty() ? BaseName(request.export_path) : request.project_name;
+    const std::string name =
+        request.project_name.empty() ? platform::StemBeforeFirstDot(request.export_path) : request.project_name;
     config::EditNode(host, project, [&](ConfigNode* p) {
-        p->SetAttribute("Name", name);
+        p->SetAttribute(config::kNameKey, name);
         p->SetAttribute("BuildTool", kBuildToolValue);
         p->SetAttribute("Version", kVersionValue);
         p->SetAttribute("Author", kAuthorValue);
-        if (p->FindChild("Configurations") == nullptr) p->AppendChild(new ConfigNode("Configurations"));
-        if (p->FindChild("Files") == nullptr) p->AppendChild(new ConfigNode("Files"));
+        if (p->FindChild(config::kConfigurationsNode) == nullptr) {
+            p->AppendChild(new ConfigNode(config::kConfigurationsNode));
+        }
+        if (p->FindChild(config::kFilesNode) == nullptr) p->AppendChild(new ConfigNode(config::kFilesNode));
     });
-    ConfigNode* configurations = project->FindChild("Configurations");
-    ConfigNode* files = project->FindChild("Files");
+    ConfigNode* configurations = project->FindChild(config::kConfigurationsNode);
+    ConfigNode* files = project->FindChild(config::kFilesNode);
     if (configurations == nullptr || files == nullptr) return 0;
 
     ImportModel model;
@@ -329,7 +323,7 @@ int ImportProject(config::HostApi& host, ConfigNode* project, const ImportReques
     if (!model.targets.empty()) {
         config::EditNode(host, configurations, [&](ConfigNode* edit) {
             for (const ImportTarget& target : model.targets) {
-                auto* configuration = new ConfigNode("Configuration");
+                auto* configuration = new ConfigNode(config::kConfigurationNode);
                 for (const auto& [key, value] : ConfigurationKeys(target, request.device, nullptr)) {
                     configuration->SetAttribute(key, value);
                 }

@@ -14,11 +14,11 @@ struct ToolEntry {
     Family family;
 };
 constexpr ToolEntry kTools[] = {
-    {Tool::kArmasm, "armasm", "ADS_GArmAsmParam", Family::kArmAsm},
-    {Tool::kArmcc, "armcc", "ADS_GArmCCParam", Family::kArmC},
-    {Tool::kArmcpp, "armcpp", "ADS_GArmCppParam", Family::kArmCpp},
-    {Tool::kTcc, "tcc", "ADS_GThmCCParam", Family::kThumbC},
-    {Tool::kTcpp, "tcpp", "ADS_GThmCppParam", Family::kThumbCpp},
+    {Tool::kArmasm, "armasm", config::kArmAsmParamsKey, Family::kArmAsm},
+    {Tool::kArmcc, "armcc", config::kArmCcParamsKey, Family::kArmC},
+    {Tool::kArmcpp, "armcpp", config::kArmCppParamsKey, Family::kArmCpp},
+    {Tool::kTcc, "tcc", config::kThumbCcParamsKey, Family::kThumbC},
+    {Tool::kTcpp, "tcpp", config::kThumbCppParamsKey, Family::kThumbCpp},
 };
 
 // A number that names no tool has no name and no tool-wide key.

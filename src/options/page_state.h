@@ -28,6 +28,7 @@
 #include <vector>
 
 #include "ads/config_node.h"
+#include "config/project_keys.h"
 
 namespace ads::options {
 
@@ -156,10 +157,10 @@ enum CompilerSlot : int {
     kCcTar, kCcAtpcs, kCcWarnings, kCcErrors, kCcDebugOpt, kCcCodeGen, kCcPrePro, kCcExtras };
 enum AssemblerSlot : int { kAsmTar, kAsmAtpcs, kAsmOpt, kAsmLc, kAsmLcPg1, kAsmLcPg2, kAsmPds, kAsmEts };
 
-inline constexpr char kCompilerStatesNode[] = "ADS_CParam";
-inline constexpr char kAssemblerStatesNode[] = "ADS_AsmParam";
-inline constexpr char kSettingFlagKey[] = "ADS_CfgFlag";
-inline constexpr char kLocalConfigureKey[] = "LocalConfigure";
+inline constexpr const char* kCompilerStatesNode = config::kCParamKey;
+inline constexpr const char* kAssemblerStatesNode = config::kAsmParamKey;
+inline constexpr const char* kSettingFlagKey = config::kSettingsFlagKey;
+using config::kLocalConfigureKey;
 
 bool IsAssembler(Family family);
 const char* FamilySuffix(Family family);   // "_ArmC" ... "" for the assembler

@@ -11,12 +11,9 @@
 #include <unistd.h>
 #endif
 
+#include "platform/text.h"
+
 namespace ads::platform {
-namespace {
-
-bool IsBlank(char c) { return c == ' ' || c == '\t'; }
-
-}  // namespace
 
 std::vector<std::string> SplitCommandLine(const std::string& command_line) {
     std::vector<std::string> words;
@@ -35,7 +32,7 @@ std::vector<std::string> SplitCommandLine(const std::string& command_line) {
         const char c = command_line[i];
         if (c == '"') {
             in_quotes = !in_quotes;
-        } else if (!in_quotes && IsBlank(c)) {
+        } else if (!in_quotes && IsSpaceOrTab(c)) {
             ++i;  // the blank belongs to neither word
             break;
         } else {
@@ -46,7 +43,7 @@ std::vector<std::string> SplitCommandLine(const std::string& command_line) {
 
     // The arguments.
     for (;;) {
-        while (i < size && IsBlank(command_line[i])) ++i;
+        while (i < size && IsSpaceOrTab(command_line[i])) ++i;
         if (i >= size) break;
 
         std::string word;
@@ -77,7 +74,7 @@ std::vector<std::string> SplitCommandLine(const std::string& command_line) {
             word.append(backslashes, '\\');
             if (i >= size) break;
             const char c = command_line[i];
-            if (!in_quotes && IsBlank(c)) break;
+            if (!in_quotes && IsSpaceOrTab(c)) break;
             word += c;
             ++i;
         }

@@ -9,7 +9,9 @@
 
 #include <cstdint>
 
+#include "platform/folders.h"
 #include "platform/platform.h"
+#include "platform/text.h"
 
 namespace ads::platform {
 
@@ -28,29 +30,13 @@ const char kHeader4[] = "REGEDIT4";
 const char* const kRootNames[] = {"HKEY_LOCAL_MACHINE", "HKEY_CURRENT_USER", "HKEY_CLASSES_ROOT",
                                   "HKEY_USERS", "HKEY_CURRENT_CONFIG"};
 
-char LowerAscii(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-
-bool EqualNoCase(const std::string& a, const std::string& b) {
-    if (a.size() != b.size()) return false;
-    for (size_t i = 0; i < a.size(); ++i) {
-        if (LowerAscii(a[i]) != LowerAscii(b[i])) return false;
-    }
-    return true;
-}
-
-bool StartsWithNoCase(const std::string& text, const std::string& prefix) {
-    return text.size() >= prefix.size() && EqualNoCase(text.substr(0, prefix.size()), prefix);
-}
-
-bool IsBlank(char c) { return c == ' ' || c == '\t'; }
-
 std::string TrimRight(std::string s) {
-    while (!s.empty() && (IsBlank(s.back()) || s.back() == '\r' || s.back() == '\n')) s.pop_back();
+    while (!s.empty() && (IsSpaceOrTab(s.back()) || s.back() == '\r' || s.back() == '\n')) s.pop_back();
     return s;
 }
 
 size_t SkipBlanks(const std::string& s, size_t pos) {
-    while (pos < s.size() && IsBlank(s[pos])) ++pos;
+    while (pos < s.size() && IsSpaceOrTab(s[pos])) ++pos;
     return pos;
 }
 
@@ -202,7 +188,7 @@ std::string ParseQuoted(const std::string& text, size_t* pos, size_t line) {
 
 // "hex:", "hex(N):" and "dword:" data, continuation lines already joined.
 void CheckTypedData(const std::string& data, size_t line) {
-    if (StartsWithNoCase(data, "dword:")) {
+    if (StartsWithIgnoringCase(data, "dword:")) {
         const std::string digits = TrimRight(data.substr(6));
         bool ok = !digits.empty() && digits.size() <= 8;
         for (char c : digits) ok = ok && IsHexDigit(c);
@@ -210,9 +196,9 @@ void CheckTypedData(const std::string& data, size_t line) {
         return;
     }
     size_t colon = std::string::npos;
-    if (StartsWithNoCase(data, "hex:")) {
+    if (StartsWithIgnoringCase(data, "hex:")) {
         colon = 3;
-    } else if (StartsWithNoCase(data, "hex(")) {
+    } else if (StartsWithIgnoringCase(data, "hex(")) {
         const size_t close = data.find("):");
         bool ok = close != std::string::npos && close > 4;
         for (size_t i = 4; ok && i < close; ++i) ok = IsHexDigit(data[i]);
@@ -241,7 +227,7 @@ void CheckKeyText(const std::string& key, size_t line) {
     if (key[0] == '-') throw ParseError(line, "key deletions ([-...]) have no place in a registry file");
     const std::string root = key.substr(0, key.find('\\'));
     for (const char* name : kRootNames) {
-        if (EqualNoCase(root, name)) return;
+        if (EqualsIgnoringCase(root, name)) return;
     }
     throw ParseError(line, "unknown root key '" + root + "'");
 }
@@ -253,7 +239,7 @@ Document Parse(const std::string& bytes) {
         static_cast<unsigned char>(bytes[1]) == 0xFE) {
         doc.encoding = Encoding::kUtf16;
         if (!DecodeUtf16(bytes.substr(2), &text)) throw ParseError(1, "not valid UTF-16 text");
-    } else if (bytes.size() >= 3 && bytes.compare(0, 3, "\xEF\xBB\xBF") == 0) {
+    } else if (StartsWithByteOrderMark(bytes)) {
         doc.encoding = Encoding::kUtf8Bom;
         text = bytes.substr(3);
     } else {
@@ -377,7 +363,7 @@ std::string Format(const Document& doc) {
     }
     switch (doc.encoding) {
         case Encoding::kUtf16: return "\xFF\xFE" + EncodeUtf16(text);
-        case Encoding::kUtf8Bom: return "\xEF\xBB\xBF" + text;
+        case Encoding::kUtf8Bom: return kUtf8ByteOrderMark + text;
         case Encoding::kAnsi: break;
     }
     return text;
@@ -389,11 +375,11 @@ enum class Relation { kOther, kSame, kBelow };
 Relation Relate(const std::string& section_key, RegistryRoot root, const std::string& path) {
     const size_t slash = section_key.find('\\');
     const std::string section_root = section_key.substr(0, slash);
-    if (!EqualNoCase(section_root, RegistryRootName(root))) return Relation::kOther;
+    if (!EqualsIgnoringCase(section_root, RegistryRootName(root))) return Relation::kOther;
     const std::string rest = slash == std::string::npos ? std::string() : section_key.substr(slash + 1);
-    if (EqualNoCase(rest, path)) return Relation::kSame;
+    if (EqualsIgnoringCase(rest, path)) return Relation::kSame;
     if (path.empty()) return Relation::kBelow;
-    if (StartsWithNoCase(rest, path + "\\")) return Relation::kBelow;
+    if (StartsWithIgnoringCase(rest, path + "\\")) return Relation::kBelow;
     return Relation::kOther;
 }
 
@@ -431,7 +417,7 @@ public:
         for (const Section& section : doc.sections) {
             if (Relate(section.key, root_, path_) != Relation::kSame) continue;
             for (const Line& line : section.lines) {
-                if (line.kind == Line::kValue && EqualNoCase(line.name, name)) found = &line;
+                if (line.kind == Line::kValue && EqualsIgnoringCase(line.name, name)) found = &line;
             }
         }
         if (found == nullptr || !found->is_string) {
@@ -456,7 +442,7 @@ public:
             if (Relate(section.key, root_, path_) != Relation::kSame) continue;
             last_section = &section;
             for (Line& line : section.lines) {
-                if (line.kind == Line::kValue && EqualNoCase(line.name, name)) found = &line;
+                if (line.kind == Line::kValue && EqualsIgnoringCase(line.name, name)) found = &line;
             }
         }
         Line fresh;
@@ -497,7 +483,7 @@ public:
                 v.data = line.data;
                 bool replaced = false;
                 for (RegistryValue& seen : *values) {
-                    if (EqualNoCase(seen.name, v.name)) {
+                    if (EqualsIgnoringCase(seen.name, v.name)) {
                         v.name = seen.name;
                         seen = v;
                         replaced = true;
@@ -517,7 +503,7 @@ public:
             if (Relate(section.key, root_, path_) != Relation::kSame) continue;
             auto& lines = section.lines;
             for (size_t i = lines.size(); i-- > 0;) {
-                if (lines[i].kind == Line::kValue && EqualNoCase(lines[i].name, name)) {
+                if (lines[i].kind == Line::kValue && EqualsIgnoringCase(lines[i].name, name)) {
                     lines.erase(lines.begin() + static_cast<std::ptrdiff_t>(i));
                     removed = true;
                 }
@@ -571,17 +557,7 @@ void RegistryFile::AppendSection(reg_file::Document* doc, RegistryRoot root, con
 }
 
 bool RegistryFile::Save(const reg_file::Document& doc) {
-    // The folders of the file, made as needed.
-    std::vector<std::string> missing;
-    std::string folder = path_;
-    for (;;) {
-        const size_t cut = folder.find_last_of("/\\");
-        if (cut == std::string::npos || cut == 0) break;
-        folder.resize(cut);
-        if (folder.back() == ':' || files_.IsDirectory(folder)) break;
-        missing.push_back(folder);
-    }
-    for (size_t i = missing.size(); i-- > 0;) files_.MakeDir(missing[i]);
+    MakeFoldersOf(files_, path_);
     std::string error;
     if (!files_.WriteFileAtomically(path_, Format(doc), &error)) {
         last_error_ = error;

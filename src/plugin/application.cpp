@@ -156,37 +156,37 @@ void Application::InstallTool(ConfigNode* node) {
 }
 
 void Application::WriteNodeDefaults(ConfigNode* node) {
-    if (node->Name() == "Configuration") {
+    if (node->Name() == config::kConfigurationNode) {
         double clock = config::kDefaultSimulatorClock;
         if (context_.simulator != nullptr && context_.simulator->has_clock) clock = context_.simulator->clock;
         config::EditNode(*host_, node, [clock](ConfigNode* c) { config::WriteTargetDefaults(c, clock); });
         // Every file gets its entries for the new target.
         build::BuildContext c = Context();
         c.configuration = node;
-        const char* name = node->GetAttribute("Name");
+        const char* name = node->GetAttribute(config::kNameKey);
         c.target = name ? name : "";
         WalkTree(project_root_, [&](ConfigNode* n) { return engine_.UpdateNode(c, n); });
         return;
     }
-    if (node->Name() != "File") return;
-    const char* path = node->GetAttribute("RelativePath");
+    if (node->Name() != config::kFileNode) return;
+    const char* path = node->GetAttribute(config::kRelativePathKey);
     if (path == nullptr) return;
     // The current target's mapping decides; an extension it does not list
     // keeps the kind the host gave the file.
-    const char* map = current_configuration_ ? current_configuration_->GetAttribute("ADS_FileMap") : nullptr;
+    const char* map = current_configuration_ ? current_configuration_->GetAttribute(config::kFileMapKey) : nullptr;
     int kind = config::SourceKindFromFileMap(map ? map : config::kDefaultFileMap, path);
-    if (kind == config::kKindNone) node->GetAttributeInt("FileType", &kind);
+    if (kind == config::kKindNone) node->GetAttributeInt(config::kFileTypeKey, &kind);
     if (kind != config::kKindC && kind != config::kKindAsm && kind != config::kKindCpp) return;
     const std::string object = config::ObjectFileName(path);
     config::EditNode(*host_, node, [&](ConfigNode* c) {
-        c->SetAttributeInt("FileType", kind);
-        c->SetAttribute("Output", object);
+        c->SetAttributeInt(config::kFileTypeKey, kind);
+        c->SetAttribute(config::kOutputKey, object);
     });
     // The per-file settings node; the host creates it in its own tree, so
     // after the commit, which would otherwise drop it again.
-    if (kind != config::kKindAsm) host_->FindSettingNode(node, "ADS_CParam", "ADS_CfgFlag");
+    if (kind != config::kKindAsm) host_->FindSettingNode(node, config::kCParamKey, config::kSettingsFlagKey);
     // Its tool and option text for every target.
-    if (project_root_ != nullptr) build::AssignToolsOnAdd(*host_, node, project_root_->FindChild("Configurations"));
+    if (project_root_ != nullptr) build::AssignToolsOnAdd(*host_, node, project_root_->FindChild(config::kConfigurationsNode));
 }
 
 void Application::SetCurrentTarget(AdsWord host_word, const char* target) {
@@ -196,7 +196,7 @@ void Application::SetCurrentTarget(AdsWord host_word, const char* target) {
     current_target_ = target;
     FindCurrentConfiguration();
     if (project_root_ == nullptr) return;
-    if (ConfigNode* files = project_root_->FindChild("Files")) {
+    if (ConfigNode* files = project_root_->FindChild(config::kFilesNode)) {
         build::BuildContext c = Context();
         WalkTree(files, [&](ConfigNode* n) { return engine_.UpdateNode(c, n); });
     }
@@ -205,13 +205,13 @@ void Application::SetCurrentTarget(AdsWord host_word, const char* target) {
 int Application::ShowSettings(ConfigNode* node) {
     if (node == nullptr) return -1;
     int32_t kind = 0;
-    node->GetAttributeInt("FileType", &kind);
-    if (kind == 0) {
-        if (node->Name() == "OrvaneProject") kind = config::kKindProject;
-        else if (node->Name() == "Filter") kind = config::kKindFolder;
+    node->GetAttributeInt(config::kFileTypeKey, &kind);
+    if (kind == config::kKindNone) {
+        if (node->Name() == config::kProjectNode) kind = config::kKindProject;
+        else if (node->Name() == config::kFilterNode) kind = config::kKindFolder;
     }
     settings_kind_ = kind;
-    const char* path = node->GetAttribute("RelativePath");
+    const char* path = node->GetAttribute(config::kRelativePathKey);
     settings_path_ = path ? path : "";
 
     config::TargetSettingsReader reader(&targets_, current_target_, &host_defaults_, kind);
@@ -233,7 +233,7 @@ int Application::ShowSettings(ConfigNode* node) {
         // The next build rebuilds everything.
         FindCurrentConfiguration();
         config::EditNode(*host_, current_configuration_,
-                         [](ConfigNode* c) { c->SetAttributeInt("ADS_ReBuild", 1); });
+                         [](ConfigNode* c) { c->SetAttributeInt(config::kRebuildKey, 1); });
     }
     return outcome.result;
 }
@@ -242,7 +242,7 @@ int Application::ImportProject(const char* path, int arg) {
     if (path == nullptr || arg == 0) return 0;
     import::ImportRequest request;
     request.export_path = path;
-    const char* name = project_root_ != nullptr ? project_root_->GetAttribute("Name") : nullptr;
+    const char* name = project_root_ != nullptr ? project_root_->GetAttribute(config::kNameKey) : nullptr;
     request.project_name = name != nullptr ? name : "";
     // The device of the current target, else what the host offers.
     import::DeviceSettings& d = request.device;
@@ -251,14 +251,14 @@ int Application::ImportProject(const char* path, int arg) {
             const char* value = c->GetAttribute(key);
             return std::string(value != nullptr ? value : "");
         };
-        d.device = text("DEVICE");
-        d.vendor = text("VENDOR");
+        d.device = text(config::kDeviceKey);
+        d.vendor = text(config::kVendorKey);
         d.family = text("FAMINY");
-        d.cpu = text("CPU");
+        d.cpu = text(config::kCpuKey);
         d.simulator_dll = text("SIMDL");
         d.monitor_dll = text("MONDL");
         d.rgf = text("RGF");
-        d.simulator_clock = text("SIMCLK");
+        d.simulator_clock = text(config::kSimClockKey);
     } else {
         d.device = host_defaults_.device;
         d.vendor = host_defaults_.vendor;

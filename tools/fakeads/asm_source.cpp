@@ -2,7 +2,6 @@
 // GET and INCLUDE read another file in place, EXPORT and GLOBAL name the
 // global definitions, END ends the file. Conditional assembly is not
 // simulated: every line up to END counts.
-#include <cctype>
 
 #include "command_line.h"
 #include "paths.h"
@@ -24,16 +23,10 @@ std::string StripComment(const std::string& line) {
 }
 
 std::string NextField(const std::string& text, size_t* pos) {
-    while (*pos < text.size() && std::isspace(static_cast<unsigned char>(text[*pos]))) ++*pos;
+    while (*pos < text.size() && ads::platform::IsWhitespace(text[*pos])) ++*pos;
     const size_t start = *pos;
-    while (*pos < text.size() && !std::isspace(static_cast<unsigned char>(text[*pos]))) ++*pos;
+    while (*pos < text.size() && !ads::platform::IsWhitespace(text[*pos])) ++*pos;
     return text.substr(start, *pos - start);
-}
-
-std::string Trim(const std::string& text) {
-    const size_t first = text.find_first_not_of(" \t");
-    if (first == std::string::npos) return std::string();
-    return text.substr(first, text.find_last_not_of(" \t") - first + 1);
 }
 
 class AssemblerReader {
@@ -69,10 +62,10 @@ private:
             const std::string code = StripComment(raw);
             size_t pos = 0;
             // A field that starts in the first column is a label.
-            if (!code.empty() && !std::isspace(static_cast<unsigned char>(code[0]))) NextField(code, &pos);
+            if (!code.empty() && !ads::platform::IsWhitespace(code[0])) NextField(code, &pos);
             const std::string opcode = Lower(NextField(code, &pos));
             if (opcode.empty()) continue;
-            const std::string operands = Trim(code.substr(pos));
+            const std::string operands = ads::platform::TrimSpaceOrTab(code.substr(pos));
             if (depth == 0) ++scan_.code_lines;
             if (opcode == "end") return;
             if (opcode == "export" || opcode == "global") {

@@ -133,7 +133,7 @@ std::string Listing(const std::string& source, const CommandLine& line) {
         ++on_page;
         const std::string code = lines[i].substr(0, lines[i].find(';'));
         size_t pos = 0;
-        if (!code.empty() && !std::isspace(static_cast<unsigned char>(code[0]))) {
+        if (!code.empty() && !ads::platform::IsWhitespace(code[0])) {
             pos = code.find_first_of(" \t");
             labels.emplace_back(code.substr(0, pos), static_cast<int>(i + 1));
         }
@@ -167,7 +167,7 @@ int RunAssembler(const ToolInfo& tool, const std::vector<std::string>& words, st
         return kExitFailure;
     }
     const std::string source = line.inputs[0];
-    const std::string object = line.inputs.size() == 2 ? line.inputs[1] : line.Last("o", BaseName(source) + ".o");
+    const std::string object = line.inputs.size() == 2 ? line.inputs[1] : line.Last("o", StemOf(source) + ".o");
     if (!FileExists(source)) {
         report.General(Severity::kFatal, "A1903U: Could not open source file \"" + source + "\".");
         return kExitFailure;
@@ -202,7 +202,7 @@ int RunAssembler(const ToolInfo& tool, const std::vector<std::string>& words, st
     }
 
     if (line.Has("list") || line.Has("liston")) {
-        const std::string listing_file = line.Last("list").empty() ? BaseName(source) + ".lst" : line.Last("list");
+        const std::string listing_file = line.Last("list").empty() ? StemOf(source) + ".lst" : line.Last("list");
         if (!WriteFile(listing_file, Listing(source, line))) {
             report.General(Severity::kFatal, "A1905U: Could not write listing file \"" + listing_file + "\".");
             return kExitFailure;

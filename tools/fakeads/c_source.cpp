@@ -11,12 +11,6 @@ namespace {
 
 constexpr int kIncludeDepthLimit = 32;
 
-std::string Trim(const std::string& text) {
-    const size_t first = text.find_first_not_of(" \t");
-    if (first == std::string::npos) return std::string();
-    return text.substr(first, text.find_last_not_of(" \t") - first + 1);
-}
-
 bool IsIdentifierChar(char c) { return std::isalnum(static_cast<unsigned char>(c)) || c == '_'; }
 
 // The line without its comments (each replaced by a blank); a block comment
@@ -165,7 +159,7 @@ private:
             const int number = static_cast<int>(index) + 1;
             const std::string& raw = lines[index];
             const bool active = stack.empty() || stack.back().active;
-            const std::string code = Trim(StripComments(raw, &in_comment));
+            const std::string code = ads::platform::TrimSpaceOrTab(StripComments(raw, &in_comment));
             if (active) {
                 Marker marker;
                 if (FindMarker(raw, &marker) && TakeMarker(marker, file, number, 'C', &scan_)) return;
@@ -176,7 +170,7 @@ private:
                 size_t end = at;
                 while (end < code.size() && IsIdentifierChar(code[end])) ++end;
                 const std::string name = code.substr(at, end - at);
-                const std::string rest = Trim(code.substr(end));
+                const std::string rest = ads::platform::TrimSpaceOrTab(code.substr(end));
                 if (!Conditionals(file, number, name, rest, active, &stack) && active) {
                     Directive(file, number, name, rest, depth);
                     announce = true;
@@ -264,7 +258,7 @@ private:
                 return;
             }
             const bool function_like = end < rest.size() && rest[end] == '(';
-            macros_[rest.substr(0, end)] = Macro{Trim(rest.substr(end)), function_like};
+            macros_[rest.substr(0, end)] = Macro{ads::platform::TrimSpaceOrTab(rest.substr(end)), function_like};
         } else if (name == "undef") {
             macros_.erase(rest.substr(0, rest.find_first_of(" \t")));
         } else if (name == "error") {

@@ -297,10 +297,4 @@ bool IsNonNegativeInteger(const std::string& value, std::string* why) {
     return true;
 }
 
-std::string Lower(const std::string& text) {
-    std::string out = text;
-    for (char& c : out) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-    return out;
-}
-
 }  // namespace fakeads

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/text.h"
+
 namespace fakeads {
 
 enum class Value {
@@ -77,6 +79,6 @@ std::vector<std::string> SplitWords(const std::string& text);
 // Shared value checks.
 bool IsNumber(const std::string& value, std::string* why);         // 42, 0x8000
 bool IsNonNegativeInteger(const std::string& value, std::string* why);
-std::string Lower(const std::string& text);
+using ads::platform::Lower;
 
 }  // namespace fakeads

@@ -207,7 +207,7 @@ int RunCompiler(const ToolInfo& tool, const std::vector<std::string>& words, std
             Abandon("C3051U: Could not open source file \"" + source + "\".", &report, out);
             return kExitFailure;
         }
-        const std::string object = compile_only && !object_name.empty() ? object_name : BaseName(source) + ".o";
+        const std::string object = compile_only && !object_name.empty() ? object_name : StemOf(source) + ".o";
         const SourceScan scan = ScanCSource(source, defines, directories);
         if (dependencies_only) {
             std::vector<std::string> paths;

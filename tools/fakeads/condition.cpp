@@ -2,6 +2,8 @@
 
 #include <cctype>
 
+#include "platform/text.h"
+
 namespace fakeads {
 namespace {
 
@@ -22,7 +24,7 @@ public:
 
 private:
     void Blanks() {
-        while (pos_ < text_.size() && std::isspace(static_cast<unsigned char>(text_[pos_]))) ++pos_;
+        while (pos_ < text_.size() && ads::platform::IsWhitespace(text_[pos_])) ++pos_;
     }
 
     bool Take(const char* op) {

@@ -124,7 +124,7 @@ int RunFromElf(const ToolInfo& tool, const std::vector<std::string>& words, std:
         if (nodebug) image.debug = false;
         if (format == "bin") converted = PlainBinary(image);
         else if (format == "elf") converted = WriteImage(image);
-        else if (format == "m32") converted = MotorolaHex(image, FileNamePart(output.empty() ? input : output));
+        else if (format == "m32") converted = MotorolaHex(image, FileName(output.empty() ? input : output));
         else if (format == "i32") converted = IntelHex(image, true);
         else if (format == "ihf") converted = IntelHex(image, false);
         else if (format == "aif") converted = AifImage(image, true);

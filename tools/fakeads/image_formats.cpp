@@ -290,7 +290,7 @@ std::string ObjectDescription(const std::string& name, const ObjectFile& object,
     if (Has(flags, 'z')) {
         text += "      Code    RO Data    RW Data    ZI Data      Debug\n";
         text += Printf("%10u %10u %10u %10u %10u   %s\n\n", static_cast<unsigned>(object.code_size), 0u, 0u, 0u, 0u,
-                       FileNamePart(name).c_str());
+                       FileName(name).c_str());
     }
     if (Has(flags, 's') || Has(flags, 't')) {
         text += "** Section '.symtab' (SHT_SYMTAB)\n\n";

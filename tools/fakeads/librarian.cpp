@@ -101,7 +101,7 @@ private:
                 report_.General(Severity::kFatal, "L6806U: " + path + " is not an object of this toolchain.");
                 return false;
             }
-            const std::string name = FileNamePart(path);
+            const std::string name = FileName(path);
             bool replaced = false;
             for (ArchiveMember& member : members_) {
                 if (member.name == name) {
@@ -117,7 +117,7 @@ private:
 
     bool Delete() {
         for (const std::string& path : names_) {
-            const std::string name = FileNamePart(path);
+            const std::string name = FileName(path);
             bool found = false;
             for (size_t i = 0; i < members_.size(); ++i) {
                 if (members_[i].name == name) {
@@ -135,7 +135,7 @@ private:
     bool Extract() {
         for (const ArchiveMember& member : members_) {
             bool wanted = names_.empty();
-            for (const std::string& path : names_) wanted = wanted || FileNamePart(path) == member.name;
+            for (const std::string& path : names_) wanted = wanted || FileName(path) == member.name;
             if (!wanted) continue;
             if (!WriteFile(member.name, member.data)) {
                 report_.General(Severity::kFatal, "L6808U: Could not write file " + member.name + ".");
@@ -145,8 +145,8 @@ private:
         }
         for (const std::string& path : names_) {
             bool found = false;
-            for (const ArchiveMember& member : members_) found = found || member.name == FileNamePart(path);
-            if (!found) report_.General(Severity::kWarning, "L6807W: " + FileNamePart(path) + " is not a member of " + archive_ + ".");
+            for (const ArchiveMember& member : members_) found = found || member.name == FileName(path);
+            if (!found) report_.General(Severity::kWarning, "L6807W: " + FileName(path) + " is not a member of " + archive_ + ".");
         }
         return true;
     }

@@ -256,7 +256,7 @@ private:
         const std::string& order = inputs_.front().object.byte_order;
         for (const Input& input : inputs_) {
             if (input.object.byte_order != order) {
-                report_.General(Severity::kError, "L6242E: Cannot link object " + FileNamePart(input.path) +
+                report_.General(Severity::kError, "L6242E: Cannot link object " + FileName(input.path) +
                                                       " as its attributes are incompatible with the image attributes.");
             }
         }
@@ -356,7 +356,7 @@ private:
             listings_ = listing;
         }
         if (line_.Has("callgraph")) {
-            WriteFile(DirectoryPart(output_) + BaseName(output_) + ".htm", CallGraph(output_, image));
+            WriteFile(DirectoryPart(output_) + StemOf(output_) + ".htm", CallGraph(output_, image));
         }
         if (line_.Has("symdefs")) {
             char date[64];

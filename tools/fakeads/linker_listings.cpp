@@ -1,6 +1,5 @@
 #include "linker_listings.h"
 
-#include <cctype>
 #include <cstdio>
 
 #include "paths.h"
@@ -40,15 +39,14 @@ std::string InfoListing(const std::string& topics, const ImageFile& image, const
     while (start <= topics.size()) {
         size_t end = topics.find(',', start);
         if (end == std::string::npos) end = topics.size();
-        std::string topic = topics.substr(start, end - start);
-        for (char& c : topic) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+        const std::string topic = ads::platform::Lower(topics.substr(start, end - start));
         start = end + 1;
         const unsigned debug = image.debug ? 64u : 0u;
         if (topic == "sizes") {
             listing += "Image component sizes\n\n" + std::string(kSizeHeader) + "Object Name\n\n";
             for (size_t i = 0; i < objects.size() && i < image.objects.size(); ++i) {
                 listing += Format("%10u %10u %10u %10u %10u   ", objects[i].code_size, 0, 4, 0, debug,
-                                  FileNamePart(image.objects[i].path));
+                                  FileName(image.objects[i].path));
             }
             listing += "\n";
         } else if (topic == "totals") {
@@ -93,7 +91,7 @@ std::string SymbolListing(const ImageFile& image, const std::vector<ObjectFile>&
     for (const ImageSymbol& symbol : image.symbols) {
         char line[256];
         std::snprintf(line, sizeof line, "    %-40s %s   %-10s  %s\n", symbol.name.c_str(), Hex32(symbol.address).c_str(),
-                      IsThumb(symbol, image, objects) ? "Thumb Code" : "ARM Code", FileNamePart(symbol.object).c_str());
+                      IsThumb(symbol, image, objects) ? "Thumb Code" : "ARM Code", FileName(symbol.object).c_str());
         listing += line;
     }
     return listing + "\n";

@@ -45,6 +45,7 @@
 #include <vector>
 
 #include "command_line.h"
+#include "paths.h"
 #include "tools.h"
 
 namespace fakeads {
@@ -75,7 +76,7 @@ int Run(const ToolInfo& tool, const std::vector<std::string>& words, std::string
 }  // namespace
 
 const ToolInfo* FindTool(const std::string& program) {
-    std::string name = Lower(program.substr(program.find_last_of("\\/") + 1));
+    std::string name = Lower(FileName(program));
     if (name.size() > 4 && name.compare(name.size() - 4, 4, ".exe") == 0) name.resize(name.size() - 4);
     for (const ToolInfo& tool : kTools) {
         if (name == tool.name) return &tool;

@@ -1,5 +1,7 @@
 #include "markers.h"
 
+#include "platform/text.h"
+
 namespace fakeads {
 namespace {
 
@@ -17,26 +19,19 @@ const struct {
     {"print", MarkerKind::kPrint},
 };
 
-std::string Trim(const std::string& text) {
-    const char* blanks = " \t\r\n";
-    const size_t first = text.find_first_not_of(blanks);
-    if (first == std::string::npos) return std::string();
-    return text.substr(first, text.find_last_not_of(blanks) - first + 1);
-}
-
 }  // namespace
 
 bool FindMarker(const std::string& line, Marker* marker) {
     const size_t key = line.find(kMarkerKey);
     if (key == std::string::npos) return false;
-    std::string rest = Trim(line.substr(key + sizeof kMarkerKey - 1));
+    std::string rest = ads::platform::Trim(line.substr(key + sizeof kMarkerKey - 1));
     // A marker in a block comment ends before the comment does.
     if (rest.size() >= 2 && rest.compare(rest.size() - 2, 2, "*/") == 0) {
-        rest = Trim(rest.substr(0, rest.size() - 2));
+        rest = ads::platform::Trim(rest.substr(0, rest.size() - 2));
     }
     const size_t blank = rest.find_first_of(" \t");
     marker->word = rest.substr(0, blank);
-    marker->text = blank == std::string::npos ? std::string() : Trim(rest.substr(blank));
+    marker->text = blank == std::string::npos ? std::string() : ads::platform::Trim(rest.substr(blank));
     marker->kind = MarkerKind::kUnknown;
     for (const auto& kind : kKinds) {
         if (marker->word == kind.word) marker->kind = kind.kind;

@@ -12,8 +12,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-bool IsSeparator(char c) { return c == '\\' || c == '/'; }
-
 size_t LastSeparator(const std::string& path) { return path.find_last_of("\\/"); }
 
 fs::path OsPath(const std::string& path) { return fs::u8path(SystemPath(path)); }
@@ -33,22 +31,6 @@ std::string SystemPath(const std::string& path) {
 std::string DirectoryPart(const std::string& path) {
     const size_t slash = LastSeparator(path);
     return slash == std::string::npos ? std::string() : path.substr(0, slash + 1);
-}
-
-std::string FileNamePart(const std::string& path) {
-    const size_t slash = LastSeparator(path);
-    return slash == std::string::npos ? path : path.substr(slash + 1);
-}
-
-std::string BaseName(const std::string& path) {
-    const std::string name = FileNamePart(path);
-    const size_t dot = name.rfind('.');
-    return dot == std::string::npos || dot == 0 ? name : name.substr(0, dot);
-}
-
-std::string JoinPath(const std::string& directory, const std::string& name) {
-    if (directory.empty() || IsSeparator(directory.back())) return directory + name;
-    return directory + "\\" + name;
 }
 
 bool FileExists(const std::string& path) {

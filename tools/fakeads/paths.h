@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/text.h"
+
 namespace fakeads {
 
 // The spelling the operating system takes: "\" becomes "/" except on Windows.
@@ -15,14 +17,13 @@ std::string SystemPath(const std::string& path);
 // The directory part of a path as spelled, with its separator ("src\" for
 // "src\main.c"), empty when the path has none.
 std::string DirectoryPart(const std::string& path);
-// The name after the last "\" or "/".
-std::string FileNamePart(const std::string& path);
-// The name without its directory and its last extension ("main" for
-// "src\main.c").
-std::string BaseName(const std::string& path);
+// The name after the last "\" or "/" (FileName) and that name without its
+// last extension (StemOf: "main" for "src\main.c").
+using ads::platform::FileName;
+using ads::platform::StemOf;
 // A directory joined with a name: a "\" goes between them unless the
 // directory is empty or already ends in a separator.
-std::string JoinPath(const std::string& directory, const std::string& name);
+using ads::platform::JoinPath;
 
 bool FileExists(const std::string& path);
 bool DirectoryExists(const std::string& path);

@@ -3,11 +3,12 @@
 // "/" at the moment the path reaches the system, and nowhere else. Error
 // codes are the Windows codes that callers test for.
 #include <algorithm>
-#include <cctype>
 
+#include "platform/messages.h"
 #include "platform/platform.h"
 #include "platform/registry.h"
 #include "platform/posix/posix_backend.h"
+#include "platform/text.h"
 
 #include <dirent.h>
 #include <dlfcn.h>
@@ -272,10 +273,7 @@ public:
         // In name order, case ignored, as Windows lists an NTFS folder, so
         // that a listing is the same on every machine.
         std::sort(entries->begin(), entries->end(), [](const DirectoryEntry& a, const DirectoryEntry& b) {
-            return std::lexicographical_compare(
-                a.name.begin(), a.name.end(), b.name.begin(), b.name.end(), [](char x, char y) {
-                    return std::tolower(static_cast<unsigned char>(x)) < std::tolower(static_cast<unsigned char>(y));
-                });
+            return LessIgnoringCase(a.name, b.name);
         });
         return true;
     }
@@ -319,10 +317,10 @@ public:
                              std::string* error) override {
         const std::string target = SystemPath(path);
         auto fail = [&](const std::string& reason) {
-            if (error) *error = "cannot write " + path + ": " + reason;
+            if (error) *error = CannotWrite(path, reason);
             return false;
         };
-        if (target.empty()) return fail("empty file name");
+        if (target.empty()) return fail(kEmptyFileName);
 
         // Windows will not replace a read-only file; rename would.
         struct stat info;
@@ -338,7 +336,7 @@ public:
             fd = ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
             if (fd < 0 && errno != EEXIST) break;
         }
-        if (fd < 0) return fail("cannot create a temporary file beside it: " + ErrnoText(errno));
+        if (fd < 0) return fail(NoTemporaryFile(ErrnoText(errno)));
 
         // Any failure from here on leaves the old file as it was.
         auto abandon = [&](int reason) {

@@ -5,6 +5,7 @@
 // may run programs at once: nothing here changes process-wide state, and every
 // descriptor we open is close-on-exec, so a child started by one thread never
 // holds the pipe of another.
+#include "platform/messages.h"
 #include "platform/platform.h"
 #include "platform/posix/posix_backend.h"
 
@@ -83,9 +84,7 @@ bool IsWindowsProgram(const std::string& path) {
     return count == 2 && magic[0] == 'M' && magic[1] == 'Z';
 }
 
-std::string CannotRun(const std::string& program, int error) {
-    return "cannot run " + program + ": " + ErrnoText(error);
-}
+std::string CannotRun(const std::string& program, int error) { return platform::CannotRun(program, ErrnoText(error)); }
 
 [[noreturn]] void GiveUp(int report, StartFailure::Step step) {
     const StartFailure failure{step, errno};
@@ -276,7 +275,7 @@ RunResult PosixProcessRunner::Run(const std::string& command_line,
     RunResult result;
     const std::vector<std::string> words = SplitCommandLine(command_line);
     if (words.empty() || words[0].empty()) {
-        result.error = "no program to run in the command line \"" + command_line + "\"";
+        result.error = NoProgramIn(command_line);
         return result;
     }
     Invocation invocation;
@@ -292,8 +291,7 @@ RunResult PosixProcessRunner::Run(const std::string& command_line,
         child.output.Close();
         WaitForExit(child.pid);
         result.error = failure.step == StartFailure::kWorkingDirectory
-                           ? "cannot run " + words[0] + " in the folder " + working_directory + ": " +
-                                 ErrnoText(failure.error)
+                           ? CannotRun(words[0] + " in the folder " + working_directory, failure.error)
                            : CannotRun(words[0], failure.error);
         return result;
     }

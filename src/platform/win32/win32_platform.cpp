@@ -4,6 +4,7 @@
 #define NOMINMAX
 #include <windows.h>
 
+#include "platform/messages.h"
 #include "platform/platform.h"
 #include "platform/registry.h"
 #include "platform/win32/win32_backend.h"
@@ -197,10 +198,10 @@ public:
     bool WriteFileAtomically(const std::string& path, const std::string& contents,
                              std::string* error) override {
         auto fail = [&](const std::string& reason) {
-            if (error) *error = "cannot write " + path + ": " + reason;
+            if (error) *error = CannotWrite(path, reason);
             return false;
         };
-        if (path.empty()) return fail("empty file name");
+        if (path.empty()) return fail(kEmptyFileName);
         // MoveFileExA refuses a read-only target on Windows but not under
         // every emulation of it; ask first so that both behave alike.
         const DWORD attributes = ::GetFileAttributesA(path.c_str());
@@ -220,8 +221,7 @@ public:
             if (file == INVALID_HANDLE_VALUE && ::GetLastError() != ERROR_FILE_EXISTS) break;
         }
         if (file == INVALID_HANDLE_VALUE) {
-            return fail("cannot create a temporary file beside it: " +
-                        SystemMessageLine(::GetLastError()));
+            return fail(NoTemporaryFile(SystemMessageLine(::GetLastError())));
         }
 
         // Any failure from here on leaves the old file as it was.

@@ -11,6 +11,7 @@
 #define NOMINMAX
 #include <windows.h>
 
+#include "platform/messages.h"
 #include "platform/platform.h"
 #include "platform/win32/win32_backend.h"
 
@@ -80,7 +81,7 @@ RunResult Win32ProcessRunner::Run(const std::string& command_line,
     RunResult result;
     const std::string program = ProgramName(command_line);
     if (program.empty()) {
-        result.error = "no program to run in the command line \"" + command_line + "\"";
+        result.error = NoProgramIn(command_line);
         return result;
     }
 
@@ -97,14 +98,14 @@ RunResult Win32ProcessRunner::Run(const std::string& command_line,
         Handle input;
         if (!::CreatePipe(&read_end.value, &write_end.value, nullptr, 0) ||
             !::SetHandleInformation(write_end.value, HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT)) {
-            result.error = "cannot run " + program + ": " + SystemMessageLine(::GetLastError());
+            result.error = CannotRun(program, SystemMessageLine(::GetLastError()));
             return result;
         }
         SECURITY_ATTRIBUTES inheritable = {sizeof inheritable, nullptr, TRUE};
         input.value = ::CreateFileA("NUL", GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
                                     &inheritable, OPEN_EXISTING, 0, nullptr);
         if (input.value == INVALID_HANDLE_VALUE) {
-            result.error = "cannot run " + program + ": " + SystemMessageLine(::GetLastError());
+            result.error = CannotRun(program, SystemMessageLine(::GetLastError()));
             return result;
         }
 
@@ -129,7 +130,7 @@ RunResult Win32ProcessRunner::Run(const std::string& command_line,
         // from now on only the child holds the pipe's write end.
     }
     if (start_error != 0) {
-        result.error = "cannot run " + program + ": " + SystemMessageLine(start_error);
+        result.error = CannotRun(program, SystemMessageLine(start_error));
         return result;
     }
     ::CloseHandle(process.hThread);

@@ -1,0 +1,104 @@
+#include "config/file_tools.h"
+
+#include "config/defaults.h"
+#include "config/node_text.h"
+#include "config/project_keys.h"
+
+namespace ads::config {
+
+const char* const kToolDisplayNames[6] = {
+    "", "ARM Assembler", "ARM C Compiler", "ARM C++ Compiler", "Thumb C Compiler", "Thumb C++ Compiler",
+};
+
+namespace {
+
+bool Contains(const std::string& text, const char* what) { return text.find(what) != std::string::npos; }
+
+}  // namespace
+
+const char* SettingsNodeName(int file_type) { return file_type == kKindAsm ? kAsmParamKey : kCParamKey; }
+
+ConfigNode* FindFileSettings(const ConfigNode* file) {
+    if (file == nullptr) return nullptr;
+    for (ConfigNode* c = file->FirstChild(); c != nullptr; c = c->NextSibling()) {
+        if (c->Name() == kAsmParamKey || c->Name() == kCParamKey) return c;
+    }
+    return nullptr;
+}
+
+ConfigNode* EnsureFileSettings(HostApi& host, ConfigNode* file) {
+    if (ConfigNode* s = FindFileSettings(file)) return s;
+    return host.FindSettingNode(file, SettingsNodeName(FileTypeOf(file)), kSettingsFlagKey);
+}
+
+std::string FileMapOf(const ConfigNode* configuration) {
+    const char* map = configuration ? configuration->GetAttribute(kFileMapKey) : nullptr;
+    return map ? map : kDefaultFileMap;
+}
+
+int ChooseTool(const ConfigNode* file, const std::string& target, const ConfigNode* configuration) {
+    if (file == nullptr) return kNoTool;
+    if (const ConfigNode* s = FindFileSettings(file)) {
+        int32_t tool = 0;
+        if (s->GetAttributeInt((target + kToolSuffix).c_str(), &tool) != nullptr) return tool;
+    }
+    // The map is never split into its groups: only the markers count.
+    switch (FileTypeOf(file)) {
+        case kKindAsm: return kToolArmasm;
+        case kKindC: return Contains(FileMapOf(configuration), "@armcc") ? kToolArmcc : kToolTcc;
+        case kKindCpp: return Contains(FileMapOf(configuration), "@armcpp") ? kToolArmcpp : kToolTcpp;
+        default: return kNoTool;
+    }
+}
+
+bool AssignToolsOnAdd(HostApi& host, ConfigNode* file, ConfigNode* configurations) {
+    if (file == nullptr || configurations == nullptr || configurations->Name() != kConfigurationsNode) return false;
+    int type = FileTypeOf(file);
+    for (ConfigNode* c = configurations->FirstChild(); c != nullptr; c = c->NextSibling()) {
+        const char* name = c->GetAttribute(kNameKey);
+        if (name == nullptr) continue;
+        ConfigNode* settings = EnsureFileSettings(host, file);
+        if (settings == nullptr) continue;
+        std::string map = FileMapOf(c);
+        std::string tool_key = std::string(name) + kToolSuffix;
+        EditNode(host, settings, [&](ConfigNode* edit) {
+            edit->SetAttribute(name, "");
+            // The C and C++ branches start from the ARM key even for the
+            // Thumb compilers; the compile step computes the right string.
+            switch (type) {
+                case kKindC:
+                    edit->SetAttribute(name, Text(c, kArmCcParamsKey).c_str());
+                    edit->SetAttributeInt(tool_key.c_str(), Contains(map, "@armcc") ? kToolArmcc : kToolTcc);
+                    break;
+                case kKindCpp:
+                    edit->SetAttribute(name, Text(c, kArmCppParamsKey).c_str());
+                    edit->SetAttributeInt(tool_key.c_str(), Contains(map, "@armcpp") ? kToolArmcpp : kToolTcpp);
+                    break;
+                case kKindAsm:
+                    edit->SetAttribute(name, Text(c, kArmAsmParamsKey).c_str());
+                    // Without "@armasm" no tool is stored; the assembler is
+                    // still chosen by the file's kind.
+                    if (Contains(map, "@armasm")) edit->SetAttributeInt(tool_key.c_str(), kToolArmasm);
+                    break;
+            }
+        });
+    }
+    return true;
+}
+
+void AssignToolInTarget(HostApi& host, ConfigNode* file, const std::string& target,
+                        const ConfigNode* configuration) {
+    if (file == nullptr || file->Name() != kFileNode) return;
+    int type = FileTypeOf(file);
+    int tool = type == kKindC ? kToolArmcc : type == kKindCpp ? kToolArmcpp : type == kKindAsm ? kToolArmasm : kNoTool;
+    if (tool == kNoTool) return;
+    ConfigNode* settings = EnsureFileSettings(host, file);
+    if (settings == nullptr) return;
+    const char* key = type == kKindC ? kArmCcParamsKey : type == kKindCpp ? kArmCppParamsKey : kArmAsmParamsKey;
+    EditNode(host, settings, [&](ConfigNode* edit) {
+        edit->SetAttribute(target.c_str(), Text(configuration, key).c_str());
+        edit->SetAttributeInt((target + kToolSuffix).c_str(), tool);
+    });
+}
+
+}  // namespace ads::config
