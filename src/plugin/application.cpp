@@ -138,6 +138,17 @@ void Application::Trace(const std::string& text) {
     }
 }
 
+void Application::UseHostUi(const AdsHostUi* ui) {
+    ui_ = ui;
+    if (host_messages_ != nullptr) platform_.ui = system_ui_;
+    host_messages_.reset();
+    if (ui != nullptr && ui->Message != nullptr) {
+        system_ui_ = platform_.ui;
+        host_messages_ = std::make_unique<HostMessages>(ui);
+        platform_.ui = host_messages_.get();
+    }
+}
+
 build::BuildContext Application::Context() const {
     build::BuildContext c;
     c.project_root = project_root_;
@@ -166,14 +177,7 @@ void Application::FindCurrentConfiguration() {
 
 int Application::Attach(const AdsHostContext* context) {
     if (context == nullptr) return 0;
-    ui_ = context->ui;
-    if (host_messages_ != nullptr) platform_.ui = system_ui_;
-    host_messages_.reset();
-    if (ui_ != nullptr && ui_->Message != nullptr) {
-        system_ui_ = platform_.ui;
-        host_messages_ = std::make_unique<HostMessages>(ui_);
-        platform_.ui = host_messages_.get();
-    }
+    UseHostUi(context->ui);
     host_defaults_ = config::HostDefaults();
     if (const AdsHostDefaults* d = context->defaults) {
         if (d->vendor) host_defaults_.vendor = d->vendor;

@@ -106,6 +106,9 @@ private:
     void FindCurrentConfiguration();
     void RememberProjectDirectory();
     DialogOutcome RunSettingsDialog(ConfigNode* node);
+    // Takes the host's UI table (null: none); its Message callback then
+    // shows the subsystems' message boxes.
+    void UseHostUi(const AdsHostUi* ui);
     build::BuildContext Context() const;
 
     platform::Platform& platform_;
