@@ -415,6 +415,16 @@ TEST_F(PluginTest, ASlotWhoseWorkThrowsTracesItAndAnswersItsFailureValue) {
     }
 }
 
+#ifndef _WIN32
+TEST_F(PluginTest, WithoutAUiTableTheTraceGoesToStandardError) {
+    PluginInterface* t = Start();
+    rec.host_throws = true;
+    ::testing::internal::CaptureStderr();
+    t->ParseOutput("x\n", 2);
+    EXPECT_EQ("ads_plugin: slot 37 ParseOutput: pane is gone\n", ::testing::internal::GetCapturedStderr());
+}
+#endif
+
 TEST_F(PluginTest, ReservedSlotsDoNothing) {
     PluginInterface* t = Start();
     t->Reserved11();
