@@ -12,10 +12,10 @@ namespace ads::host {
 
 namespace {
 
-const OptionSpec kTarget = {"--target", "NAME", "a name", "the target to work on (default: the first)"};
+const CommandOption kTarget = {"--target", "NAME", "a name", "the target to work on (default: the first)"};
 
 // Every command of orvhost, in the order the help lists them.
-const CommandSpec kCommands[] = {
+const Command kCommands[] = {
     {"new", "PROJECT", "create an empty project file; its name is the file's base name", 1, 1, {}, CommandNew},
     {"add-target", "PROJECT NAME", "add a build target with the plug-in's defaults", 2, 2, {}, CommandAddTarget},
     {"add-file", "PROJECT PATH", "add a source file, optionally in a group", 2, 2,
@@ -102,17 +102,17 @@ void PrintRow(const std::string& text, const std::string& help) {
 
 void PrintHelp() {
     std::fputs(kIntroduction, stdout);
-    for (const CommandSpec& c : kCommands) {
+    for (const Command& c : kCommands) {
         PrintRow(Usage(c).substr(std::string("usage: orvhost ").size()), c.help);
     }
     std::fputs(kClosing, stdout);
 }
 
-void PrintCommandHelp(const CommandSpec& c) {
+void PrintCommandHelp(const Command& c) {
     std::printf("%s\n\n%s\n", Usage(c).c_str(), c.help);
     if (c.options.empty()) return;
     std::printf("\noptions:\n");
-    for (const OptionSpec& o : c.options) {
+    for (const CommandOption& o : c.options) {
         PrintRow(std::string(o.name) + (o.value != nullptr ? std::string(" ") + o.value : std::string()), o.help);
     }
 }
@@ -125,8 +125,8 @@ size_t WordCount(const char* name) {
 
 // The command that `words` begin with; null when none does. *used is the
 // number of words its name takes.
-const CommandSpec* FindCommand(const std::vector<std::string>& words, size_t* used) {
-    for (const CommandSpec& c : kCommands) {
+const Command* FindCommand(const std::vector<std::string>& words, size_t* used) {
+    for (const Command& c : kCommands) {
         const size_t n = WordCount(c.name);
         if (words.size() < n) continue;
         std::string name = words[0];
@@ -144,7 +144,7 @@ const CommandSpec* FindCommand(const std::vector<std::string>& words, size_t* us
 [[noreturn]] void FailUnknown(const std::vector<std::string>& words) {
     std::string subcommands;
     const std::string group = words[0] + " ";
-    for (const CommandSpec& c : kCommands) {
+    for (const Command& c : kCommands) {
         if (std::string(c.name).rfind(group, 0) == 0) {
             subcommands += (subcommands.empty() ? "" : "|") + std::string(c.name).substr(group.size());
         }
@@ -170,13 +170,13 @@ int Run(std::vector<std::string> words, platform::Platform& platform) {
         }
         const std::vector<std::string> asked(words.begin() + 1, words.end());
         size_t used = 0;
-        const CommandSpec* c = FindCommand(asked, &used);
+        const Command* c = FindCommand(asked, &used);
         if (c == nullptr || used != asked.size()) FailUnknown(asked);
         PrintCommandHelp(*c);
         return 0;
     }
     size_t used = 0;
-    const CommandSpec* c = FindCommand(words, &used);
+    const Command* c = FindCommand(words, &used);
     if (c == nullptr) FailUnknown(words);
     const std::vector<std::string> rest(words.begin() + static_cast<std::ptrdiff_t>(used), words.end());
     for (const std::string& word : rest) {

@@ -11,7 +11,7 @@
 
 namespace ads::host {
 
-struct OptionSpec {
+struct CommandOption {
     const char* name;   // "--target", "-j" (a one-letter option also takes "-j4")
     const char* value;  // what it takes ("NAME"), null for a switch
     const char* needs;  // the complaint when the value is missing: "a name" gives "--target needs a name"
@@ -35,23 +35,23 @@ struct Arguments {
 
 using CommandHandler = int (*)(const Arguments& args, platform::Platform& platform);
 
-struct CommandSpec {
+struct Command {
     const char* name;       // "build", or two words: "config show"
     const char* arguments;  // the positional words as the usage shows them: "PROJECT FILE"
     const char* help;       // one line
     size_t min_positional;
     size_t max_positional;
-    std::vector<OptionSpec> options;
+    std::vector<CommandOption> options;
     CommandHandler run;
 };
 
 // "usage: orvhost build PROJECT [--target NAME] [-j N] [--rebuild]".
-std::string Usage(const CommandSpec& command);
+std::string Usage(const Command& command);
 
 // Parses the words after the command's name. Bad input ends the command
 // (Fail, status 2): an unknown option, an option without its value, a
 // missing required option, too few or too many positional words. "--" ends
 // the options: every word after it is positional.
-Arguments ParseArguments(const CommandSpec& command, const std::vector<std::string>& words);
+Arguments ParseArguments(const Command& command, const std::vector<std::string>& words);
 
 }  // namespace ads::host
