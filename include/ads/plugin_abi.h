@@ -11,15 +11,17 @@
 //     the project (the plug-in learns the project root from it) and
 //     SetCurrentTarget; the other slots after that, in any order.
 //   - One thread, one call at a time: every slot is called from the host's
-//     user-interface thread, and none while another is running (a host slot
-//     the plug-in calls may not call back into a plug-in slot). The plug-in
-//     keeps its state without locks.
+//     user-interface thread, and none while another is running, except that
+//     TranslateFile and MakeTarget, while the plug-in waits for them, ask it
+//     for commands through slot 36 and for dependency sets through slot 20.
+//     The plug-in keeps its state without locks.
 //   - Working folder: while the module loads it is the host's installation
 //     folder, where the plug-in loads the service module "Build\OrvMake.dll"
 //     (a host ships that module there; it fills the fourteen service words).
-//     Whenever the host calls InstallTool, SetCurrentTarget or another slot
-//     that hands over a node of a project, the working folder is the
-//     project's folder: the plug-in takes the project's folder from it.
+//     Whenever the host calls a slot that works on a project (InstallTool,
+//     SetCurrentTarget, ShowSettings, ImportProject, the build slots), the
+//     working folder is the project's folder: the plug-in takes the
+//     project's folder from it.
 //     The plug-in may change the working folder while it looks for the
 //     tools, so the host sets it again before each such call and keeps its
 //     own paths absolute.
@@ -27,13 +29,17 @@
 //     until the next call of any slot and must be copied before then; the
 //     texts of a settings dialog (AdsSettingsDialog) until its next call.
 //   - Texts the host passes in need only live for the call; the plug-in
-//     copies what it keeps. The host context itself is copied by Attach,
-//     but the records its words point to (defaults, simulator, ui) must stay
-//     valid while the module is loaded.
+//     copies what it keeps. Nodes are the host's: the plug-in remembers the
+//     project root it was shown and never edits a node in place (it hands
+//     an edited copy to CommitNode), so the tree must stay alive, and stay
+//     the same tree, until the host shows it another one. The host context
+//     itself is copied by Attach, but the records its words point to
+//     (defaults, simulator, ui) must stay valid while the module is loaded.
 //   - No exception leaves a slot in either direction: the plug-in catches
 //     what its work throws, reports it on the trace channel (AdsHostUi) and
 //     answers the slot's failure value; host slots must not throw either.
-//   - Pane texts end their lines with "\r\n", as the IDE's pane expects.
+//   - Pane texts come with their own "\r\n" line ends: a host shows them as
+//     they are.
 #pragma once
 
 #include <cstddef>
