@@ -1,9 +1,10 @@
-#include "cli_build.h"
-
+// orvhost build | compile | clean | export-compile-commands: the commands
+// that run the plug-in's build entries over orvhost's make engine.
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
 
+#include "cli_commands.h"
 #include "cli_support.h"
 #include "compile_commands.h"
 #include "make_engine.h"
@@ -12,10 +13,6 @@ namespace ads::host {
 
 namespace {
 
-const char kUsageBuild[] = "usage: orvhost build PROJECT [--target NAME] [-j N] [--rebuild]";
-const char kUsageCompile[] = "usage: orvhost compile PROJECT FILE [--target NAME]";
-const char kUsageClean[] = "usage: orvhost clean PROJECT [--target NAME]";
-const char kUsageExport[] = "usage: orvhost export-compile-commands PROJECT [--target NAME]";
 const char kCompileCommandsFile[] = "compile_commands.json";
 // What the plug-in's cleaning writes for a file it could not delete.
 const char kCleanError[] = "Error: Could not delete file ";
@@ -32,14 +29,22 @@ std::string Comparable(std::string path) {
     return Lower(path);
 }
 
-struct Arguments {
+// What the build commands take from their arguments.
+struct Request {
     std::string project;
     std::string file;
     std::string target;
     bool have_target = false;
-    int jobs = 1;
-    bool rebuild = false;
 };
+
+Request RequestOf(const Arguments& args) {
+    Request r;
+    r.project = args[0];
+    if (args.positional.size() > 1) r.file = args[1];
+    r.target = args.Value("--target");
+    r.have_target = args.Has("--target");
+    return r;
+}
 
 int ParseJobs(const std::string& text) {
     if (text.empty() || text.size() > 6 || text.find_first_not_of("0123456789") != std::string::npos) {
@@ -50,36 +55,6 @@ int ParseJobs(const std::string& text) {
         Fail("-j needs a number of jobs from 1 to " + std::to_string(kMaxJobs) + ", not '" + text + "'");
     }
     return jobs;
-}
-
-Arguments ParseArguments(const std::vector<std::string>& args, const char* usage, bool wants_file,
-                         bool build_options) {
-    Arguments a;
-    for (size_t i = 1; i < args.size(); ++i) {
-        const std::string& arg = args[i];
-        if (arg == "--target") {
-            if (i + 1 >= args.size()) Fail("--target needs a name");
-            a.target = args[++i];
-            a.have_target = true;
-        } else if (build_options && arg == "-j") {
-            if (i + 1 >= args.size()) Fail("-j needs a number of jobs");
-            a.jobs = ParseJobs(args[++i]);
-        } else if (build_options && arg.size() > 2 && arg.compare(0, 2, "-j") == 0) {
-            a.jobs = ParseJobs(arg.substr(2));
-        } else if (build_options && arg == "--rebuild") {
-            a.rebuild = true;
-        } else if (!arg.empty() && arg[0] == '-') {
-            Fail(std::string("unknown option '") + arg + "'; " + usage);
-        } else if (a.project.empty()) {
-            a.project = arg;
-        } else if (wants_file && a.file.empty()) {
-            a.file = arg;
-        } else {
-            Fail(usage);
-        }
-    }
-    if (a.project.empty() || (wants_file && a.file.empty())) Fail(usage);
-    return a;
 }
 
 // The digits of the last " - N error(s)" in a pane text, the form of the
@@ -104,7 +79,7 @@ public:
 
     // Everything that can be refused is checked here, before the plug-in
     // has a chance to write anything.
-    void Open(const Arguments& a) {
+    void Open(const Request& a) {
         s.Open(a.project);
         ConfigNode* configs = s.root_->FindChild("Configurations");
         for (ConfigNode* c = configs ? configs->FirstChild() : nullptr; c; c = c->NextSibling()) {
@@ -165,10 +140,9 @@ public:
         if (!s.host_.TakeModified()) return status;
         try {
             s.Save();
-        } catch (const CliFailure& f) {
-            std::fflush(stdout);
-            std::fprintf(stderr, "orvhost: %s\n", f.message.c_str());
-            return 1;
+        } catch (CliFailure& f) {
+            f.status = 1;  // the work is done; only keeping it failed
+            throw;
         }
         return status;
     }
@@ -187,14 +161,17 @@ public:
     bool clean_failed_ = false;
 };
 
-int Build(const std::vector<std::string>& args, platform::Platform& platform) {
-    const Arguments a = ParseArguments(args, kUsageBuild, false, true);
+}  // namespace
+
+int CommandBuild(const Arguments& args, platform::Platform& platform) {
+    const Request a = RequestOf(args);
+    const int jobs = args.Has("-j") ? ParseJobs(args.Value("-j")) : 1;
     BuildSession b(platform);
     b.Open(a);
     // Read before the build consumes the request.
-    const bool rebuild = a.rebuild || b.RebuildRequested();
+    const bool rebuild = args.Has("--rebuild") || b.RebuildRequested();
     b.LoadPlugin();
-    b.engine_->SetJobs(a.jobs);
+    b.engine_->SetJobs(jobs);
     b.engine_->SetRebuild(rebuild);
     if (ShowProgress()) {
         b.engine_->SetProgress([](const std::string& text) {
@@ -209,8 +186,8 @@ int Build(const std::vector<std::string>& args, platform::Platform& platform) {
     return b.Finish(errors ? 1 : 0);
 }
 
-int Compile(const std::vector<std::string>& args, platform::Platform& platform) {
-    const Arguments a = ParseArguments(args, kUsageCompile, true, false);
+int CommandCompile(const Arguments& args, platform::Platform& platform) {
+    const Request a = RequestOf(args);
     BuildSession b(platform);
     b.Open(a);
     ConfigNode* file = b.FindFile(a.file);
@@ -223,8 +200,8 @@ int Compile(const std::vector<std::string>& args, platform::Platform& platform) 
     return b.Finish(errors ? 1 : 0);
 }
 
-int Clean(const std::vector<std::string>& args, platform::Platform& platform) {
-    const Arguments a = ParseArguments(args, kUsageClean, false, false);
+int CommandClean(const Arguments& args, platform::Platform& platform) {
+    const Request a = RequestOf(args);
     BuildSession b(platform);
     b.Open(a);
     b.LoadPlugin();
@@ -232,8 +209,8 @@ int Clean(const std::vector<std::string>& args, platform::Platform& platform) {
     return b.Finish(b.clean_failed_ ? 1 : 0);
 }
 
-int ExportCompileCommands(const std::vector<std::string>& args, platform::Platform& platform) {
-    const Arguments a = ParseArguments(args, kUsageExport, false, false);
+int CommandExportCompileCommands(const Arguments& args, platform::Platform& platform) {
+    const Request a = RequestOf(args);
     BuildSession b(platform);
     b.Open(a);
     // What the plug-in says while it answers ("compiling ...") is not news here.
@@ -285,35 +262,12 @@ int ExportCompileCommands(const std::vector<std::string>& args, platform::Platfo
     const std::string out = b.s.project_dir_ + "/" + kCompileCommandsFile;
     std::string error;
     if (!platform.files->WriteFileAtomically(out, CompileCommandsJson(commands), &error)) {
-        std::fflush(stdout);
-        std::fprintf(stderr, "orvhost: %s: cannot write: %s\n", out.c_str(), error.c_str());
-        return b.Finish(1);
+        b.Finish(1);
+        Fail(out + ": cannot write: " + error, 1);
     }
     std::printf("wrote %s (%s %s)\n", out.c_str(), std::to_string(commands.size()).c_str(),
                 commands.size() == 1 ? "entry" : "entries");
     return b.Finish(failed ? 1 : 0);
-}
-
-}  // namespace
-
-bool IsBuildCommand(const std::string& command) {
-    return command == "build" || command == "compile" || command == "clean" ||
-           command == "export-compile-commands";
-}
-
-int RunBuildCommand(const std::vector<std::string>& args, platform::Platform& platform) {
-    try {
-        const std::string& command = args.at(0);
-        if (command == "build") return Build(args, platform);
-        if (command == "compile") return Compile(args, platform);
-        if (command == "clean") return Clean(args, platform);
-        if (command == "export-compile-commands") return ExportCompileCommands(args, platform);
-        Fail("unknown command '" + command + "' (see orvhost --help)");
-    } catch (const CliFailure& f) {
-        std::fflush(stdout);
-        std::fprintf(stderr, "orvhost: %s\n", f.message.c_str());
-        return f.status;
-    }
 }
 
 }  // namespace ads::host

@@ -1,28 +1,30 @@
-#include "cli_config.h"
-
+// orvhost config ...: where orvhost and the plug-in find the ADS tools.
 #include <cstdio>
 
+#include "ads/ads_install.h"
+#include "cli_commands.h"
+#include "cli_support.h"
 #include "host_config.h"
 #include "platform/registry.h"
-#include "plugin/toolchain.h"
 #include "plugin_host.h"
 
 namespace ads::host {
 
 namespace {
 
-const char kUsageSetToolsDir[] = "usage: orvhost config set-tools-dir DIR";
-const char kUsageSetAdsHome[] = "usage: orvhost config set-ads-home DIR [--version NAME]";
-const char kUsageShow[] = "usage: orvhost config show";
 // The version name recorded when the registry names none yet.
 const char kDefaultAdsVersion[] = "1.2";
 
-struct Failure {
-    int status;
-    std::string message;
-};
-
-[[noreturn]] void Fail(const std::string& message, int status = 2) { throw Failure{status, message}; }
+// What the ADS installer recorded as the installation's folder; empty when
+// it recorded none.
+std::string RecordedArmHome(platform::Registry& registry) {
+    std::string version, home;
+    auto current = registry.OpenKey(platform::RegistryRoot::kLocalMachine, kAdsCurrentVersionKey);
+    if (!current || !current->ReadString("", &version)) return std::string();
+    auto installed = registry.OpenKey(platform::RegistryRoot::kLocalMachine, kAdsVersionKeyPrefix + version);
+    if (!installed || !installed->ReadString(kAdsHomeValue, &home)) return std::string();
+    return home;
+}
 
 // The registry, when it can be read at all: a malformed registry file is
 // bad input.
@@ -56,9 +58,10 @@ std::string FolderOrFail(platform::Platform& platform, const std::string& argume
     return full;
 }
 
-int SetToolsDir(const std::vector<std::string>& args, platform::Platform& platform) {
-    if (args.size() != 3) Fail(kUsageSetToolsDir);
-    const std::string directory = FolderOrFail(platform, args[2]);
+}  // namespace
+
+int CommandConfigSetToolsDir(const Arguments& args, platform::Platform& platform) {
+    const std::string directory = FolderOrFail(platform, args[0]);
     const std::string path = ConfigPathOrFail(platform);
     std::string error;
     if (!SetToolDirectory(*platform.files, path, directory, &error)) Fail(error);
@@ -85,33 +88,23 @@ int SetToolsDir(const std::vector<std::string>& args, platform::Platform& platfo
     return 0;
 }
 
-int SetAdsHome(const std::vector<std::string>& args, platform::Platform& platform) {
-    std::string folder, version;
-    for (size_t i = 2; i < args.size(); ++i) {
-        if (args[i] == "--version") {
-            if (i + 1 >= args.size() || args[i + 1].empty()) Fail("--version needs a name");
-            version = args[++i];
-        } else if (folder.empty()) {
-            folder = args[i];
-        } else {
-            Fail(kUsageSetAdsHome);
-        }
-    }
-    if (folder.empty()) Fail(kUsageSetAdsHome);
-    const std::string home = FolderOrFail(platform, folder);
+int CommandConfigSetAdsHome(const Arguments& args, platform::Platform& platform) {
+    std::string version = args.Value("--version");
+    if (args.Has("--version") && version.empty()) Fail("--version needs a name");
+    const std::string home = FolderOrFail(platform, args[0]);
     platform::Registry& registry = UsableRegistry(platform);
     if (version.empty()) {
         // Keep the version the installer (or an earlier call) recorded.
-        if (auto key = registry.OpenKey(platform::RegistryRoot::kLocalMachine, plugin::kAdsCurrentVersionKey)) {
+        if (auto key = registry.OpenKey(platform::RegistryRoot::kLocalMachine, kAdsCurrentVersionKey)) {
             key->ReadString("", &version);
         }
         if (version.empty()) version = kDefaultAdsVersion;
     }
-    auto current = registry.CreateKey(platform::RegistryRoot::kLocalMachine, plugin::kAdsCurrentVersionKey);
+    auto current = registry.CreateKey(platform::RegistryRoot::kLocalMachine, kAdsCurrentVersionKey);
     if (!current || !current->WriteString("", version)) Fail(registry.LastError(), 1);
     auto installed =
-        registry.CreateKey(platform::RegistryRoot::kLocalMachine, std::string(plugin::kAdsVersionKeyPrefix) + version);
-    if (!installed || !installed->WriteString(plugin::kAdsHomeValue, home)) Fail(registry.LastError(), 1);
+        registry.CreateKey(platform::RegistryRoot::kLocalMachine, std::string(kAdsVersionKeyPrefix) + version);
+    if (!installed || !installed->WriteString(kAdsHomeValue, home)) Fail(registry.LastError(), 1);
     std::printf("ADS home: %s (version %s)\n(saved in %s)\n", home.c_str(), version.c_str(),
                 RegistryLocation(platform).c_str());
     if (!platform.files->FileExists(home + "\\Bin\\armasm.exe")) {
@@ -120,9 +113,7 @@ int SetAdsHome(const std::vector<std::string>& args, platform::Platform& platfor
     return 0;
 }
 
-int Show(const std::vector<std::string>& args, platform::Platform& platform) {
-    if (args.size() != 2) Fail(kUsageShow);
-
+int CommandConfigShow(const Arguments&, platform::Platform& platform) {
     // Bad input first, before anything is printed.
     const std::string config_path = ConfigPathOrFail(platform);
     HostConfig config;
@@ -135,45 +126,26 @@ int Show(const std::vector<std::string>& args, platform::Platform& platform) {
     for (const std::string& directory : config.tool_directories) std::printf("  tools-dir: %s\n", directory.c_str());
     if (config.tool_directories.empty()) std::printf("  tools-dir: (none)\n");
     std::printf("registry: %s\n", RegistryLocation(platform).c_str());
-    const std::string home = plugin::ReadArmHomeFromRegistry(registry);
+    const std::string home = RecordedArmHome(registry);
     std::printf("  ARMHOME: %s\n", home.empty() ? "(none)" : home.c_str());
 
-    // What the plug-in itself found and registered.
-    std::string module;
-    if (!platform.environment->Get("ORVANE_PLUGIN", &module) || module.empty()) {
-        module = platform.files->ExecutableDirectory() + "/" + ADS_PLUGIN_FILE;
-    }
+    // What the plug-in itself found: the record it registered when it was
+    // attached (host slot 30).
+    const std::string module = PluginModulePath(platform);
     PluginHost host(platform);
     if (!host.Load(module, &error)) Fail(error);
     std::printf("plug-in: %s\n", module.c_str());
     const std::vector<std::string>& record = host.toolchain();
-    if (record.size() != plugin::kRecordCount) {
+    if (record.size() != kAdsRecordCount) {
         std::printf("  tool directory: (none)\n  found: no\n");
         return 1;
     }
-    const bool found = record[plugin::kRecordFound] == "1";
-    std::printf("  tool directory: %s\n  found: %s\n", record[plugin::kRecordDirectory].c_str(), found ? "yes" : "no");
-    for (int i = 0; i < plugin::kToolCount; ++i) {
-        std::printf("  %s: %s\n", plugin::kToolExecutables[i], record[plugin::kRecordFirstTool + i].c_str());
+    const bool found = record[kAdsRecordFound] == "1";
+    std::printf("  tool directory: %s\n  found: %s\n", record[kAdsRecordDirectory].c_str(), found ? "yes" : "no");
+    for (int i = 0; i < kAdsToolCount; ++i) {
+        std::printf("  %s: %s\n", kAdsToolExecutables[i], record[kAdsRecordFirstTool + i].c_str());
     }
     return found ? 0 : 1;
-}
-
-}  // namespace
-
-int RunConfigCommand(const std::vector<std::string>& args, platform::Platform& platform) {
-    try {
-        const std::string sub = args.size() > 1 ? args[1] : std::string();
-        if (sub == "set-tools-dir") return SetToolsDir(args, platform);
-        if (sub == "set-ads-home") return SetAdsHome(args, platform);
-        if (sub == "show") return Show(args, platform);
-        Fail(sub.empty() ? std::string("usage: orvhost config set-tools-dir|set-ads-home|show ...")
-                         : "unknown config command '" + sub + "' (see orvhost --help)");
-    } catch (const Failure& f) {
-        std::fflush(stdout);
-        std::fprintf(stderr, "orvhost: %s\n", f.message.c_str());
-        return f.status;
-    }
 }
 
 }  // namespace ads::host

@@ -1,19 +1,37 @@
 // orvhost import: a CodeWarrior export becomes a new orvhost project. The
-// plug-in does the import through its import slot, as it does for the IDE;
-// orvhost then says what the import could not take over, reading the export
-// with the same reader.
+// plug-in does the import through its import slot, as it does for the IDE,
+// and says in the output pane what it could not take over and why an export
+// could not be read.
 #include <cstdio>
 #include <memory>
 
+#include "cli_commands.h"
 #include "cli_support.h"
-#include "import/export_reader.h"
-#include "import/project_import.h"
 
 namespace ads::host {
 
 namespace {
 
-const char kUsageImport[] = "usage: orvhost import EXPORT PROJECT";
+// The pane line in which the plug-in says why it could not read an export.
+const char kPaneError[] = "error: ";
+
+// Takes the reason out of the pane text: it becomes orvhost's own failure
+// line. Empty when the pane names none.
+std::string TakeReason(std::string* pane) {
+    const std::string prefix = kPaneError;
+    for (size_t begin = 0; begin < pane->size();) {
+        size_t end = pane->find('\n', begin);
+        end = end == std::string::npos ? pane->size() : end + 1;
+        if (pane->compare(begin, prefix.size(), prefix) == 0) {
+            std::string reason = pane->substr(begin + prefix.size(), end - begin - prefix.size());
+            while (!reason.empty() && (reason.back() == '\n' || reason.back() == '\r')) reason.pop_back();
+            pane->erase(begin, end - begin);
+            return reason;
+        }
+        begin = end;
+    }
+    return std::string();
+}
 
 std::vector<std::string> PathParts(const std::string& path) {
     std::vector<std::string> parts;
@@ -68,10 +86,9 @@ int RebaseFilePaths(ConfigNode* root, const std::string& export_dir, const std::
 
 }  // namespace
 
-int CommandImport(const std::vector<std::string>& args, platform::Platform& platform) {
-    if (args.size() != 3) Fail(kUsageImport);
-    const std::string& export_path = args[1];
-    const std::string& project = args[2];
+int CommandImport(const Arguments& args, platform::Platform& platform) {
+    const std::string& export_path = args[0];
+    const std::string& project = args[1];
     platform::FileSystem& fs = *platform.files;
     if (fs.PathExists(project)) Fail(project + ": already exists; not overwritten");
     if (fs.IsDirectory(export_path)) Fail(export_path + ": is a folder, not a CodeWarrior export");
@@ -100,16 +117,10 @@ int CommandImport(const std::vector<std::string>& args, platform::Platform& plat
     pane.clear();
     s.EnterProject();
     const int imported = s.host_.table()->ImportProject(full_export.c_str(), 1);
+    const std::string reason = TakeReason(&pane);
     std::fputs(pane.c_str(), stdout);
-
-    // The same reader, for the reason of a failure and for the notes.
-    import::ReaderOptions options;
-    options.files = &fs;
-    if (s.host_.toolchain().size() > 1) options.compiler_home = DirectoryOf(s.host_.toolchain()[1]);
-    import::ImportModel model;
-    const bool read = import::ReadExport(full_export, options, &model);
     if (imported == 0) {
-        Fail(export_path + ": not imported: " + (read ? "the plug-in did not take it" : model.failure), 1);
+        Fail(export_path + ": not imported: " + (reason.empty() ? "the plug-in did not take it" : reason), 1);
     }
 
     const std::string export_dir = DirectoryOf(full_export);
@@ -129,7 +140,6 @@ int CommandImport(const std::vector<std::string>& args, platform::Platform& plat
                     "and {Project} in search paths means that folder\n",
                     s.project_dir_.c_str());
     }
-    for (const std::string& note : import::ImportNotes(model)) std::printf("note: %s\n", Printable(note).c_str());
     return 0;
 }
 

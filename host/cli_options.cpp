@@ -1,17 +1,17 @@
 // orvhost options: the option string each of the five tools gets for a
 // target, and for one file with its own settings, exactly as the tool
-// receives it.
+// receives it. The plug-in computes them: orvhost opens its settings dialog
+// on the project or the file and reads each tool's command line there.
 #include <cstdio>
 
+#include "cli_commands.h"
 #include "cli_support.h"
-#include "config/path_macros.h"
-#include "options/effective_options.h"
-#include "options/option_error.h"
 
 namespace ads::host {
 
 namespace {
-const char kUsageOptions[] = "usage: orvhost options PROJECT [--target NAME] [--file PATH]";
+
+const char* const kTools[] = {"armasm", "armcc", "armcpp", "tcc", "tcpp"};
 
 ConfigNode* FindFile(ConfigNode* root, const std::string& path) {
     std::string wanted = Lower(ToBackslashes(path));
@@ -29,73 +29,53 @@ ConfigNode* FindFile(ConfigNode* root, const std::string& path) {
     });
     return found;
 }
+
 }  // namespace
 
-int CommandOptions(const std::vector<std::string>& args, platform::Platform& platform) {
-    std::string project, target, file;
-    bool have_target = false, have_file = false;
-    for (size_t i = 1; i < args.size(); ++i) {
-        if (args[i] == "--target" || args[i] == "--file") {
-            if (i + 1 >= args.size()) Fail(args[i] + " needs a value");
-            (args[i] == "--target" ? target : file) = args[i + 1];
-            (args[i] == "--target" ? have_target : have_file) = true;
-            ++i;
-        } else if (project.empty()) {
-            project = args[i];
-        } else {
-            Fail(kUsageOptions);
-        }
-    }
-    if (project.empty()) Fail(kUsageOptions);
+int CommandOptions(const Arguments& args, platform::Platform& platform) {
+    const std::string& project = args[0];
+    std::string target = args.Value("--target");
     Session s(platform);
     s.Open(project);
-    ConfigNode* configuration = nullptr;
-    if (have_target) {
-        configuration = s.FindTarget(target);
-        if (configuration == nullptr) Fail(project + ": no target named '" + target + "'");
+    if (args.Has("--target")) {
+        if (s.FindTarget(target) == nullptr) Fail(project + ": no target named '" + target + "'");
     } else {
         ConfigNode* configs = s.root_->FindChild("Configurations");
-        configuration = configs ? configs->FirstChild() : nullptr;
-        if (configuration == nullptr) Fail(project + ": the project has no target");
-        const char* name = configuration->GetAttribute("Name");
+        ConfigNode* first = configs ? configs->FirstChild() : nullptr;
+        if (first == nullptr) Fail(project + ": the project has no target");
+        const char* name = first->GetAttribute("Name");
         target = name ? name : "";
     }
-    ConfigNode* owner = s.root_.get();
-    if (have_file) {
-        owner = FindFile(s.root_.get(), file);
-        if (owner == nullptr) Fail(project + ": no file '" + file + "' in the project");
+    ConfigNode* scope = s.root_.get();
+    if (args.Has("--file")) {
+        scope = FindFile(s.root_.get(), args.Value("--file"));
+        if (scope == nullptr) Fail(project + ": no file '" + args.Value("--file") + "' in the project");
     }
 
-    // Via files go through the path macros; "{Compiler}" is the ADS home
-    // the plug-in located (the parent of its tool folder).
     // Standard output is the five lines; what the plug-in says on the way
     // goes to standard error.
     std::string pane;
     s.host_.SetOutput(&pane);
     s.LoadPlugin();
-    if (!pane.empty()) std::fputs(pane.c_str(), stderr);
-    std::string home;
-    if (s.host_.toolchain().size() > 1) {
-        const std::string& tools = s.host_.toolchain()[1];
-        size_t cut = tools.rfind('\\');
-        if (cut != std::string::npos) home = tools.substr(0, cut);
-    }
-    std::string project_dir = DirectoryOf(platform.files->FullPath(project));
-    config::PathMacros macros = config::MakePathMacros(project_dir, home, *platform.files);
-    options::PathConverter via = [&](const std::string& name) { return config::ConvertViaFilePath(name, macros); };
+    s.EnterProject();
+    s.host_.table()->SetCurrentTarget(reinterpret_cast<AdsWord>(s.root_.get()), target.c_str());
 
+    std::string lines;
     int status = 0;
-    for (options::Tool tool : {options::Tool::kArmasm, options::Tool::kArmcc, options::Tool::kArmcpp,
-                               options::Tool::kTcc, options::Tool::kTcpp}) {
-        std::string line;
-        try {
-            line = options::EffectiveOptions(tool, configuration, owner, target, via);
-        } catch (const options::OptionError& e) {
-            line = e.what();
-            status = 1;
+    s.host_.SetSettingsRunner([&](const AdsSettingsDialog& dialog) {
+        for (const char* tool : kTools) {
+            const char* text = nullptr;
+            if (dialog.CommandLine(dialog.self, tool, &text) == 0) status = 1;
+            lines += std::string(tool) + "=" + (text != nullptr ? text : "") + "\n";
         }
-        std::printf("%s=%s\n", options::ToolName(tool), line.c_str());
-    }
+        return static_cast<int>(kAdsIdCancel);
+    });
+    s.EnterProject();
+    s.host_.table()->ShowSettings(scope);
+    s.host_.SetSettingsRunner(nullptr);
+    if (!pane.empty()) std::fputs(pane.c_str(), stderr);
+    if (lines.empty()) Fail(project + ": the plug-in showed no settings", 1);
+    std::fputs(lines.c_str(), stdout);
     return status;
 }
 

@@ -3,32 +3,16 @@
 // target rebuilds everything.
 #include <cstdio>
 
+#include "cli_commands.h"
 #include "cli_support.h"
 
 namespace ads::host {
 
-namespace {
-const char kUsageSet[] = "usage: orvhost set PROJECT --target NAME KEY VALUE";
-}
-
-int CommandSet(const std::vector<std::string>& args, platform::Platform& platform) {
-    std::string project, target;
-    std::vector<std::string> rest;
-    bool have_target = false;
-    for (size_t i = 1; i < args.size(); ++i) {
-        if (args[i] == "--target") {
-            if (i + 1 >= args.size()) Fail("--target needs a name");
-            target = args[++i];
-            have_target = true;
-        } else if (project.empty()) {
-            project = args[i];
-        } else {
-            rest.push_back(args[i]);
-        }
-    }
-    if (project.empty() || !have_target || rest.size() != 2) Fail(kUsageSet);
-    const std::string& key = rest[0];
-    const std::string& value = rest[1];
+int CommandSet(const Arguments& args, platform::Platform& platform) {
+    const std::string& project = args[0];
+    const std::string target = args.Value("--target");
+    const std::string& key = args[1];
+    const std::string& value = args[2];
     if (key.empty() || key == "Name") Fail(project + ": '" + key + "' cannot be set this way");
     Session s(platform);
     s.Open(project);

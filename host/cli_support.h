@@ -90,6 +90,16 @@ inline std::string ReplaceFirst(std::string text, const std::string& from, const
     return text;
 }
 
+// The plug-in module orvhost loads: $ORVANE_PLUGIN, else the one beside
+// orvhost.
+inline std::string PluginModulePath(platform::Platform& platform) {
+    std::string module;
+    if (!platform.environment->Get("ORVANE_PLUGIN", &module) || module.empty()) {
+        module = platform.files->ExecutableDirectory() + "/" + ADS_PLUGIN_FILE;
+    }
+    return module;
+}
+
 class Session {
 public:
     explicit Session(platform::Platform& platform) : platform_(platform), host_(platform) {}
@@ -112,12 +122,8 @@ public:
     // the root itself, unless the command installs a new node anyway. It
     // takes the project's folder from the working folder of that call.
     void LoadPlugin(bool introduce_root = true) {
-        std::string module;
-        if (!platform_.environment->Get("ORVANE_PLUGIN", &module) || module.empty()) {
-            module = platform_.files->ExecutableDirectory() + "/" + ADS_PLUGIN_FILE;
-        }
         std::string error;
-        if (!host_.Load(module, &error)) Fail(error);
+        if (!host_.Load(PluginModulePath(platform_), &error)) Fail(error);
         EnterProject();
         host_.SetProject(root_.get(), introduce_root);
     }
@@ -157,10 +163,5 @@ public:
     std::unique_ptr<ConfigNode> root_;
 };
 
-
-// The commands kept in files of their own.
-int CommandOptions(const std::vector<std::string>& args, platform::Platform& platform);
-int CommandSet(const std::vector<std::string>& args, platform::Platform& platform);
-int CommandImport(const std::vector<std::string>& args, platform::Platform& platform);
 
 }  // namespace ads::host

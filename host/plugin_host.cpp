@@ -11,6 +11,7 @@ namespace ads::host {
 
 namespace {
 PluginHost* g_host = nullptr;
+bool g_tracing = false;
 
 const char* const kProcessors[] = {"CPU(ARM7TDMI)", "CLOCK(12000000)", nullptr};
 const AdsHostDefaults kDefaults = {"ARM", "ARM7TDMI", 0, kProcessors, 0};
@@ -95,6 +96,9 @@ bool PluginHost::Load(const std::string& module_path, std::string* error) {
     context_.executable = executable_.c_str();
     context_.simulator = nullptr;
     context_.defaults = &kDefaults;
+    // No windows here: the plug-in's dialogs and messages come to these.
+    ui_ = AdsHostUi{this, &PluginHost::RunSettings, &PluginHost::Message, &PluginHost::Trace};
+    context_.ui = &ui_;
     table_->Attach(&context_);
     return true;
 }
@@ -113,6 +117,31 @@ void PluginHost::SetProject(ConfigNode* root, bool introduce) {
 }
 
 bool PluginHost::TakeModified() { return std::exchange(modified_, false); }
+
+void PluginHost::SetTracing(bool on) { g_tracing = on; }
+
+int PluginHost::RunSettings(void* context, const AdsSettingsDialog* dialog) {
+    auto* host = static_cast<PluginHost*>(context);
+    if (host == nullptr || dialog == nullptr || !host->settings_) return kAdsIdCancel;
+    try {
+        return host->settings_(*dialog);
+    } catch (const std::exception& e) {
+        std::fprintf(stderr, "orvhost: %s\n", e.what());
+        return kAdsIdCancel;
+    }
+}
+
+// Nobody is there to press OK: the text goes to standard error.
+void PluginHost::Message(void*, const char* text, const char* caption) {
+    std::fflush(stdout);
+    std::fprintf(stderr, "%s: %s\n", caption != nullptr ? caption : "", text != nullptr ? text : "");
+}
+
+void PluginHost::Trace(void*, const char* text) {
+    if (!g_tracing || text == nullptr) return;
+    std::fflush(stdout);
+    std::fprintf(stderr, "%s\n", text);
+}
 
 AdsWord PluginHost::CommitNode(ConfigNode* node, ConfigNode* edited) {
     if (node == nullptr || edited == nullptr) return 0;

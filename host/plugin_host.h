@@ -52,6 +52,14 @@ public:
     // one every file counts as out of date and nothing is translated or made.
     void SetMakeEngine(MakeEngine* engine) { make_ = engine; }
 
+    // What orvhost does when the plug-in runs its settings dialog (the UI
+    // table of the host context); without one the dialog is cancelled.
+    using SettingsRunner = std::function<int(const AdsSettingsDialog& dialog)>;
+    void SetSettingsRunner(SettingsRunner runner) { settings_ = std::move(runner); }
+    // Whether the plug-in's trace lines go to standard error (orvhost -v);
+    // for every host of the process.
+    static void SetTracing(bool on);
+
     // The host slots, also used directly by the host's own code.
     static AdsWord ADS_CALL CommitNode(ConfigNode* node, ConfigNode* edited);
     static ConfigNode* ADS_CALL FindSettingNode(ConfigNode* node, const char* key, const char* flag_key);
@@ -64,6 +72,10 @@ public:
     static int ADS_CALL TranslateFile(const char* target, ConfigNode* file);
     static int ADS_CALL MakeTarget(const char* target, ConfigNode* project);
     static AdsWord ADS_CALL HostCall34(AdsWord a, AdsWord b, AdsWord c, AdsWord d);
+    // The UI table's callbacks.
+    static int ADS_CALL RunSettings(void* context, const AdsSettingsDialog* dialog);
+    static void ADS_CALL Message(void* context, const char* text, const char* caption);
+    static void ADS_CALL Trace(void* context, const char* text);
 
     // The processor list and defaults orvhost offers to the plug-in.
     static const AdsHostDefaults& Defaults();
@@ -78,6 +90,8 @@ private:
     std::string* capture_ = nullptr;
     std::function<void(const char*)> observer_;
     MakeEngine* make_ = nullptr;
+    SettingsRunner settings_;
+    AdsHostUi ui_{};
     std::string install_dir_;
     std::string executable_;
     AdsHostContext context_{};

@@ -4,6 +4,42 @@
 // 38 pointer-sized slots below. The plug-in writes its own slots on every call;
 // the host stores its callbacks in the host slots afterwards. Idle slots are
 // neither written nor read by the plug-in.
+//
+// What a host owes the plug-in beyond the types below:
+//   - Order: GetInterface, then every host slot filled (the plug-in calls
+//     them without a null test), then Attach, then InstallTool for a node of
+//     the project (the plug-in learns the project root from it) and
+//     SetCurrentTarget; the other slots after that, in any order.
+//   - One thread, one call at a time: every slot is called from the host's
+//     user-interface thread, and none while another is running, except that
+//     TranslateFile and MakeTarget, while the plug-in waits for them, ask it
+//     for commands through slot 36 and for dependency sets through slot 20.
+//     The plug-in keeps its state without locks.
+//   - Working folder: while the module loads it is the host's installation
+//     folder, where the plug-in loads the service module "Build\OrvMake.dll"
+//     (a host ships that module there; it fills the fourteen service words).
+//     Whenever the host calls a slot that works on a project (InstallTool,
+//     SetCurrentTarget, ShowSettings, ImportProject, the build slots), the
+//     working folder is the project's folder: the plug-in takes the
+//     project's folder from it.
+//     The plug-in may change the working folder while it looks for the
+//     tools, so the host sets it again before each such call and keeps its
+//     own paths absolute.
+//   - Texts the plug-in returns are its own: the text of slot 36 stays valid
+//     until the next call of any slot and must be copied before then; the
+//     texts of a settings dialog (AdsSettingsDialog) until its next call.
+//   - Texts the host passes in need only live for the call; the plug-in
+//     copies what it keeps. Nodes are the host's: the plug-in remembers the
+//     project root it was shown and never edits a node in place (it hands
+//     an edited copy to CommitNode), so the tree must stay alive, and stay
+//     the same tree, until the host shows it another one. The host context
+//     itself is copied by Attach, but the records its words point to
+//     (defaults, simulator, ui) must stay valid while the module is loaded.
+//   - No exception leaves a slot in either direction: the plug-in catches
+//     what its work throws, reports it on the trace channel (AdsHostUi) and
+//     answers the slot's failure value; host slots must not throw either.
+//   - Pane texts come with their own "\r\n" line ends: a host shows them as
+//     they are.
 #pragma once
 
 #include <cstddef>
@@ -43,13 +79,44 @@ struct AdsHostSimulator {
     double clock;        // in MHz
 };
 
+// The answers of a modal dialog.
+enum AdsDialogResult { kAdsIdOk = 1, kAdsIdCancel = 2 };
+
+// What the plug-in hands a host without windows while its settings dialog
+// runs (AdsHostUi::RunSettings). Valid only during that call.
+struct AdsSettingsDialog {
+    void* self;
+    // The "Equivalent Command Line" of one tool ("armasm", "armcc", "armcpp",
+    // "tcc", "tcpp") on the dialog's scope (the project's target, a folder or
+    // a file): 1 when it resolves; 0 when not, *text then being the error
+    // text (such as "GetTempCCppOption Error") or, for an unknown tool, an
+    // empty text. *text stays valid until the next call.
+    int (ADS_CALL *CommandLine)(void* self, const char* tool, const char** text);
+};
+
+// The user interface of a host that shows no windows (word 4 of the host
+// context): a headless host, a build server, a test. The IDE leaves the word
+// null and the plug-in shows its own windows. A null callback is not called.
+struct AdsHostUi {
+    void* context;  // handed back to every callback
+    // Runs the settings dialog; answers kAdsIdOk or kAdsIdCancel.
+    int (ADS_CALL *RunSettings)(void* context, const AdsSettingsDialog* dialog);
+    // A message box with an OK button.
+    void (ADS_CALL *Message)(void* context, const char* text, const char* caption);
+    // A line for the developer, not the user: such as a failure caught at
+    // the boundary ("ads_plugin: slot 36 GetFileBuildText: ..."). Without a
+    // table the plug-in uses the system's debug output (OutputDebugStringA on
+    // Windows, standard error elsewhere).
+    void (ADS_CALL *Trace)(void* context, const char* text);
+};
+
 // The nine words the host hands to Attach.
 struct AdsHostContext {
     AdsWord instance;                 // 0: the host's module handle
     AdsWord main_window;              // 1: the host's main window
     const char* install_dir;          // 2: the host's installation folder
     const char* executable;           // 3: path of the host's executable
-    AdsWord reserved4;                // 4
+    const AdsHostUi* ui;              // 4: a windowless host's UI, else null
     const AdsHostSimulator* simulator;// 5: the host's simulator description or null
     const AdsHostDefaults* defaults;  // 6: default vendor, device, processors
     AdsWord reserved7;                // 7
@@ -68,6 +135,19 @@ struct AdsHostServices {
 // The record handed to the host's toolchain registration (host slot 30).
 struct AdsToolchainRecord {
     const char* text[15];
+};
+
+// What each text of the record holds.
+enum AdsToolchainText {
+    kAdsRecordName = 0,        // "ADS"
+    kAdsRecordDirectory = 1,   // the tool directory
+    kAdsRecordFirstTool = 2,   // 2..9: the tool paths, in kAdsToolExecutables order (ads_install.h)
+    kAdsRecordSuite = 10,      // "ARM Developer Suite"
+    kAdsRecordVersion = 11,    // "1.2"
+    kAdsRecordFound = 12,      // "1" when the tools were found, else "0"
+    kAdsRecordObjectExt = 13,  // ".o"
+    kAdsRecordImageExt = 14,   // ".axf"
+    kAdsRecordCount = 15
 };
 
 typedef void (ADS_CALL *AdsServiceEntry)(AdsHostServices* services);
@@ -145,6 +225,7 @@ typedef PluginInterface* (ADS_CALL *GetInterfaceFn)(void);
 
 static_assert(sizeof(PluginInterface) == 38 * sizeof(void*), "38 slots");
 static_assert(sizeof(AdsHostContext) == 9 * sizeof(AdsWord), "nine words");
+static_assert(offsetof(AdsHostContext, ui) == 4 * sizeof(AdsWord), "word 4");
 static_assert(sizeof(AdsHostServices) == 14 * sizeof(AdsWord), "fourteen words");
 static_assert(offsetof(PluginInterface, CommitNode) == 13 * sizeof(void*), "slot 13");
 static_assert(offsetof(PluginInterface, RunTool) == 16 * sizeof(void*), "slot 16");

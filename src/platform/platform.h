@@ -137,6 +137,11 @@ std::string QuoteArgument(const std::string& argument);
 // messages carry their own "\r\n".
 void UseBinaryStandardStreams();
 
+// A line for a developer watching the process, not for its user:
+// OutputDebugStringA on Windows (a debugger or DebugView shows it), standard
+// error elsewhere. A line end is added when the text has none.
+void DebugOutput(const std::string& text);
+
 // Whether standard output goes to a terminal (a console on Windows), for
 // progress lines that only a person watching wants.
 bool StandardOutputIsTerminal();

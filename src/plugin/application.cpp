@@ -4,7 +4,9 @@
 
 #include "debug/debug_options.h"
 #include "import/project_import.h"
+#include "config/path_macros.h"
 #include "platform/registry.h"
+#include "plugin/settings_dialog.h"
 #include "plugin/slots.h"
 #include "build/tool_choice.h"
 
@@ -17,6 +19,19 @@ namespace {
 Application* g_active = nullptr;
 const char kInstallToolFailed[] = "\r\ninstall tool failed!\r\n";
 const char kNoCurrentTarget[] = "\r\nplease setting the current target!\r\n";
+// How the import's pane lines begin: what could not be taken over, and why
+// an export could not be read.
+const char kImportNote[] = "note: ";
+const char kImportError[] = "error: ";
+
+// One pane line of a text that came from a file: its line breaks and other
+// control bytes become blanks.
+std::string PaneLine(const char* prefix, std::string text) {
+    for (char& c : text) {
+        if (static_cast<unsigned char>(c) < 0x20) c = ' ';
+    }
+    return prefix + text + "\r\n";
+}
 }  // namespace
 
 // The host's services, reached through the host slots of the table. The
@@ -54,6 +69,17 @@ private:
     PluginInterface* t_;
 };
 
+class Application::HostMessages : public platform::UserInterface {
+public:
+    explicit HostMessages(const AdsHostUi* ui) : ui_(ui) {}
+    void ShowMessage(const std::string& text, const std::string& caption) override {
+        ui_->Message(ui_->context, text.c_str(), caption.c_str());
+    }
+
+private:
+    const AdsHostUi* ui_;
+};
+
 Application::Application(platform::Platform& platform)
     : platform_(platform), table_{}, services_{}, context_{}, toolchain_(&platform),
       engine_(nullptr, &platform, nullptr) {
@@ -76,14 +102,13 @@ Application::Application(platform::Platform& platform)
 
     initialised_ = true;
     option_model_ = config::BuiltinDefaults();
-    dialog_ = [](ConfigNode*, int) { return DialogOutcome{}; };
 
     // Where the tools are: the host's preference module first, then the
     // installer's registry entries; the result goes to host slot 30.
     if (platform_.registry == nullptr) platform_.registry = &platform::SystemRegistry();
     toolchain_.SetCandidateSource([this] { return ReadPreferenceCandidates(*platform_.libraries); });
     toolchain_.SetHomeSource([this] { return ReadArmHomeFromRegistry(*platform_.registry); });
-    toolchain_.SetRegistrar([this](const std::array<std::string, kRecordCount>& texts) {
+    toolchain_.SetRegistrar([this](const std::array<std::string, kAdsRecordCount>& texts) {
         AdsToolchainRecord record;
         for (size_t i = 0; i < texts.size(); ++i) record.text[i] = texts[i].c_str();
         return table_.RegisterToolchain(&record) != 0;
@@ -92,6 +117,7 @@ Application::Application(platform::Platform& platform)
 
 Application::~Application() {
     if (g_active == this) g_active = nullptr;
+    if (host_messages_ != nullptr) platform_.ui = system_ui_;
     // Deliberate: a service module that cannot be freed (also one that never
     // loaded) ends the process with the system's last error code.
     auto module = reinterpret_cast<platform::LibraryHandle>(services_.module[1]);
@@ -103,6 +129,25 @@ Application::~Application() {
 Application* Application::Active() { return g_active; }
 
 void Application::Write(const std::string& text) { host_->Write(text); }
+
+void Application::Trace(const std::string& text) {
+    if (ui_ != nullptr && ui_->Trace != nullptr) {
+        ui_->Trace(ui_->context, text.c_str());
+    } else {
+        platform::DebugOutput(text);
+    }
+}
+
+void Application::UseHostUi(const AdsHostUi* ui) {
+    ui_ = ui;
+    if (host_messages_ != nullptr) platform_.ui = system_ui_;
+    host_messages_.reset();
+    if (ui != nullptr && ui->Message != nullptr) {
+        system_ui_ = platform_.ui;
+        host_messages_ = std::make_unique<HostMessages>(ui);
+        platform_.ui = host_messages_.get();
+    }
+}
 
 build::BuildContext Application::Context() const {
     build::BuildContext c;
@@ -132,6 +177,7 @@ void Application::FindCurrentConfiguration() {
 
 int Application::Attach(const AdsHostContext* context) {
     if (context == nullptr) return 0;
+    UseHostUi(context->ui);
     host_defaults_ = config::HostDefaults();
     if (const AdsHostDefaults* d = context->defaults) {
         if (d->vendor) host_defaults_.vendor = d->vendor;
@@ -228,7 +274,7 @@ int Application::ShowSettings(ConfigNode* node) {
         return 0;
     }
 
-    DialogOutcome outcome = dialog_(node, kind);
+    DialogOutcome outcome = dialog_ ? dialog_(node, kind) : RunSettingsDialog(node);
     if (outcome.changed) {
         // The next build rebuilds everything.
         FindCurrentConfiguration();
@@ -236,6 +282,20 @@ int Application::ShowSettings(ConfigNode* node) {
                          [](ConfigNode* c) { c->SetAttributeInt(config::kRebuildKey, 1); });
     }
     return outcome.result;
+}
+
+DialogOutcome Application::RunSettingsDialog(ConfigNode* node) {
+    // The IDE's windows come with the dialog's pages; until then only a
+    // windowless host sees the dialog.
+    if (ui_ == nullptr) return DialogOutcome{};
+    FindCurrentConfiguration();
+    SettingsScope scope;
+    scope.configuration = current_configuration_;
+    scope.owner = node;
+    scope.target = current_target_;
+    scope.macros = config::MakePathMacros(project_dir_, toolchain_.FindArmHome(), *platform_.files);
+    plugin::SettingsDialog dialog(std::move(scope));
+    return DialogOutcome{dialog.RunHeadless(*ui_), false};
 }
 
 int Application::ImportProject(const char* path, int arg) {
@@ -269,7 +329,13 @@ int Application::ImportProject(const char* path, int arg) {
     }
     request.reader.files = platform_.files;
     request.reader.compiler_home = toolchain_.FindArmHome();
-    return import::ImportProject(*host_, project_root_, request);
+    import::ImportModel model;
+    const int imported = import::ImportProject(*host_, project_root_, request, &model);
+    if (imported == 0 && !model.failure.empty()) Write(PaneLine(kImportError, model.failure));
+    if (imported != 0) {
+        for (const std::string& note : import::ImportNotes(model)) Write(PaneLine(kImportNote, note));
+    }
+    return imported;
 }
 
 int Application::BuildTarget(AdsWord arg) { return engine_.BuildTarget(Context(), arg); }

@@ -19,8 +19,8 @@
 
 namespace ads::plugin {
 
-constexpr int kIdOk = 1;
-constexpr int kIdCancel = 2;
+constexpr int kIdOk = kAdsIdOk;
+constexpr int kIdCancel = kAdsIdCancel;
 
 // The service module and its entry, relative to the host's working folder.
 extern const char kServiceModule[];       // "Build\OrvMake.dll"
@@ -67,8 +67,12 @@ public:
 
     // Writes a message to the build output pane (host slot 17).
     void Write(const std::string& text);
+    // A line for the developer: the host's Trace callback when its context
+    // gave a UI table, else the system's debug output.
+    void Trace(const std::string& text);
 
-    // The settings dialog, run modally for a node of a given kind.
+    // The settings dialog, run modally for a node of a given kind. Without
+    // one set here the host's UI table runs it, when the host gave one.
     using SettingsDialog = std::function<DialogOutcome(ConfigNode* node, int kind)>;
     void SetSettingsDialog(SettingsDialog dialog) { dialog_ = std::move(dialog); }
 
@@ -93,6 +97,7 @@ public:
 
 private:
     class SlotHost;
+    class HostMessages;
 
     bool SetUpToolchain();
     // The defaults of a node the host just made: a target's settings, or a
@@ -100,12 +105,23 @@ private:
     void WriteNodeDefaults(ConfigNode* node);
     void FindCurrentConfiguration();
     void RememberProjectDirectory();
+    DialogOutcome RunSettingsDialog(ConfigNode* node);
+    // Takes the host's UI table (null: none); its Message callback then
+    // shows the subsystems' message boxes.
+    void UseHostUi(const AdsHostUi* ui);
     build::BuildContext Context() const;
 
     platform::Platform& platform_;
     PluginInterface table_;
     AdsHostServices services_;
     AdsHostContext context_;
+    // The host's UI table, taken as soon as Attach is called so that what
+    // fails inside Attach is traced there too.
+    const AdsHostUi* ui_ = nullptr;
+    // The message boxes of the subsystems go to the host's Message callback
+    // when it gave one; the platform's own otherwise.
+    std::unique_ptr<HostMessages> host_messages_;
+    platform::UserInterface* system_ui_ = nullptr;
     bool attached_ = false;
     bool initialised_ = false;
 

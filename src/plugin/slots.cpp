@@ -1,7 +1,12 @@
 // The plug-in's entry points as the host sees them: plain functions that
 // reach the active application object. No exception leaves the module: each
-// slot catches what its work throws and answers as for a failure.
+// slot catches what its work throws, says so on the trace channel
+// ("ads_plugin: slot 36 GetFileBuildText: <what>") and answers as for a
+// failure.
 #include "plugin/slots.h"
+
+#include <exception>
+#include <string>
 
 #include "plugin/application.h"
 
@@ -9,75 +14,87 @@ namespace ads::plugin {
 
 namespace {
 
+// A slot as the trace names it.
+struct SlotName {
+    int index;
+    const char* name;
+};
+
+void ReportCaught(Application& app, SlotName slot, const char* what) {
+    // The report must not throw in its turn.
+    try {
+        app.Trace("ads_plugin: slot " + std::to_string(slot.index) + " " + slot.name + ": " + what);
+    } catch (...) {
+    }
+}
+
 template <typename R, typename F>
-R Guard(R failure, F&& work) {
+R Guard(SlotName slot, R failure, F&& work) {
     Application* app = Application::Active();
     if (app == nullptr) return failure;
     try {
         return work(*app);
+    } catch (const std::exception& e) {
+        ReportCaught(*app, slot, e.what());
     } catch (...) {
-        return failure;
+        ReportCaught(*app, slot, "unknown exception");
     }
+    return failure;
 }
 
 template <typename F>
-void GuardVoid(F&& work) {
-    Application* app = Application::Active();
-    if (app == nullptr) return;
-    try {
-        work(*app);
-    } catch (...) {
-    }
+void GuardVoid(SlotName slot, F&& work) {
+    Guard(slot, 0, [&](Application& a) { return work(a), 0; });
 }
 
 int ADS_CALL SlotAttach(const AdsHostContext* context) {
-    return Guard(0, [&](Application& a) { return a.Attach(context); });
+    return Guard({0, "Attach"}, 0, [&](Application& a) { return a.Attach(context); });
 }
 void ADS_CALL SlotInstallTool(AdsNode* node) {
-    GuardVoid([&](Application& a) { a.InstallTool(node); });
+    GuardVoid({1, "InstallTool"}, [&](Application& a) { a.InstallTool(node); });
 }
 void ADS_CALL SlotSetCurrentTarget(AdsWord word, const char* target) {
-    GuardVoid([&](Application& a) { a.SetCurrentTarget(word, target); });
+    GuardVoid({2, "SetCurrentTarget"}, [&](Application& a) { a.SetCurrentTarget(word, target); });
 }
 int ADS_CALL SlotShowSettings(AdsNode* node) {
-    return Guard(node ? 0 : -1, [&](Application& a) { return a.ShowSettings(node); });
+    return Guard({3, "ShowSettings"}, node ? 0 : -1, [&](Application& a) { return a.ShowSettings(node); });
 }
 int ADS_CALL SlotImportProject(const char* path, int arg) {
-    return Guard(0, [&](Application& a) { return a.ImportProject(path, arg); });
+    return Guard({4, "ImportProject"}, 0, [&](Application& a) { return a.ImportProject(path, arg); });
 }
 int ADS_CALL SlotBuildTarget(AdsWord arg) {
-    return Guard(0, [&](Application& a) { return a.BuildTarget(arg); });
+    return Guard({5, "BuildTarget"}, 0, [&](Application& a) { return a.BuildTarget(arg); });
 }
 int ADS_CALL SlotCompileFile(AdsNode* file) {
-    return Guard(0, [&](Application& a) { return a.CompileFile(file); });
+    return Guard({6, "CompileFile"}, 0, [&](Application& a) { return a.CompileFile(file); });
 }
 AdsWord ADS_CALL SlotHostCall34Forward(AdsWord p, AdsWord q, AdsWord r, AdsWord s) {
-    return Guard(AdsWord{0}, [&](Application& a) { return a.ForwardHostCall34(p, q, r, s); });
+    return Guard({7, "HostCall34Forward"}, AdsWord{0}, [&](Application& a) { return a.ForwardHostCall34(p, q, r, s); });
 }
 void ADS_CALL SlotClean(void) {
-    GuardVoid([&](Application& a) { a.Clean(); });
+    GuardVoid({8, "Clean"}, [&](Application& a) { a.Clean(); });
 }
 void ADS_CALL SlotOnEvent(int32_t code, const char* text) {
-    GuardVoid([&](Application& a) { a.OnEvent(code, text); });
+    GuardVoid({9, "OnEvent"}, [&](Application& a) { a.OnEvent(code, text); });
 }
 void* ADS_CALL SlotGetDebugOptions(AdsNode* node) {
-    return Guard(static_cast<void*>(nullptr), [&](Application& a) { return a.GetDebugOptions(node); });
+    return Guard({10, "GetDebugOptions"}, static_cast<void*>(nullptr), [&](Application& a) { return a.GetDebugOptions(node); });
 }
 void ADS_CALL SlotReserved11(void) {}
 int ADS_CALL SlotLookupKeyed(const char* key, AdsWord buffer, AdsWord size, AdsWord) {
-    return Guard(0, [&](Application& a) { return a.LookupKeyed(key, buffer, size); });
+    return Guard({20, "LookupKeyed"}, 0, [&](Application& a) { return a.LookupKeyed(key, buffer, size); });
 }
 AdsWord ADS_CALL SlotGetSearchPath(const char* text, int arg, AdsWord word) {
-    return Guard(AdsWord{0}, [&](Application& a) { return a.GetSearchPath(text, arg, word); });
+    return Guard({21, "GetSearchPath"}, AdsWord{0}, [&](Application& a) { return a.GetSearchPath(text, arg, word); });
 }
 int ADS_CALL SlotReserved22(AdsWord, AdsWord, AdsWord) { return 0; }
 int ADS_CALL SlotReserved35(void) { return 0; }
 const char* ADS_CALL SlotGetFileBuildText(char* text, AdsWord project, AdsNode* node, int flag) {
-    return Guard(static_cast<const char*>(text),
+    return Guard({36, "GetFileBuildText"}, static_cast<const char*>(text),
                  [&](Application& a) { return a.GetFileBuildText(text, project, node, flag); });
 }
 void ADS_CALL SlotParseOutput(const char* text, int length) {
-    GuardVoid([&](Application& a) { a.ParseOutput(text, length); });
+    GuardVoid({37, "ParseOutput"}, [&](Application& a) { a.ParseOutput(text, length); });
 }
 
 }  // namespace

@@ -5,14 +5,6 @@
 
 namespace ads::plugin {
 
-const char* const kToolExecutables[kToolCount] = {
-    "armasm.exe", "armcc.exe", "armcpp.exe", "tcc.exe",
-    "tcpp.exe",   "armlink.exe", "fromelf.exe", "armar.exe",
-};
-
-const char kAdsCurrentVersionKey[] = "SOFTWARE\\ARM Limited\\ARM Developer Suite\\CurrentVersion";
-const char kAdsVersionKeyPrefix[] = "SOFTWARE\\ARM Limited\\ARM Developer Suite\\";
-const char kAdsHomeValue[] = "ARMHOME";
 const char kPreferenceModule[] = "opt\\Preference.dll";
 const char kPreferenceToolchain[] = "ADS";
 
@@ -98,38 +90,38 @@ bool Toolchain::LocateTools() {
     // build engine refuses to build without it ("Could't find ADS compiler
     // tools!"), and tools the user configured must build. A search that finds
     // nothing clears it.
-    if (FileExists(candidate + "\\" + kToolExecutables[kArmAsm])) {
+    if (FileExists(candidate + "\\" + kAdsToolExecutables[kArmAsm])) {
         directory_ = candidate;
         found_ = 1;
     } else {
         found_ = 0;
         const std::string home = FindArmHome();
-        if (!home.empty() && FileExists(home + "\\Bin\\" + kToolExecutables[kArmAsm])) {
+        if (!home.empty() && FileExists(home + "\\Bin\\" + kAdsToolExecutables[kArmAsm])) {
             found_ = 1;
             directory_ = home + "\\Bin";
         } else {
             directory_ = candidate;
         }
     }
-    for (int i = 0; i < kToolCount; ++i) paths_[i] = directory_ + "\\" + kToolExecutables[i];
+    for (int i = 0; i < kToolCount; ++i) paths_[i] = directory_ + "\\" + kAdsToolExecutables[i];
 
-    const std::array<std::string, kRecordCount> record = Record();
+    const std::array<std::string, kAdsRecordCount> record = Record();
     for (const std::string& text : record) {
         if (text.empty()) return false;
     }
     return registrar_ && registrar_(record);
 }
 
-std::array<std::string, kRecordCount> Toolchain::Record() const {
-    std::array<std::string, kRecordCount> r;
-    r[kRecordName] = kPreferenceToolchain;
-    r[kRecordDirectory] = directory_;
-    for (int i = 0; i < kToolCount; ++i) r[kRecordFirstTool + i] = paths_[i];
-    r[kRecordSuite] = "ARM Developer Suite";
-    r[kRecordVersion] = "1.2";
-    r[kRecordFound] = found_ ? "1" : "0";
-    r[kRecordObjectExt] = ".o";
-    r[kRecordImageExt] = ".axf";
+std::array<std::string, kAdsRecordCount> Toolchain::Record() const {
+    std::array<std::string, kAdsRecordCount> r;
+    r[kAdsRecordName] = kPreferenceToolchain;
+    r[kAdsRecordDirectory] = directory_;
+    for (int i = 0; i < kToolCount; ++i) r[kAdsRecordFirstTool + i] = paths_[i];
+    r[kAdsRecordSuite] = "ARM Developer Suite";
+    r[kAdsRecordVersion] = "1.2";
+    r[kAdsRecordFound] = found_ ? "1" : "0";
+    r[kAdsRecordObjectExt] = ".o";
+    r[kAdsRecordImageExt] = ".axf";
     return r;
 }
 

@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "ads/ads_install.h"
+#include "ads/plugin_abi.h"
 #include "platform/platform.h"
 
 namespace ads::platform {
@@ -20,13 +22,7 @@ enum ToolIndex {
     kArmAsm = 0, kArmCc, kArmCpp, kTcc, kTcpp, kArmLink, kFromElf, kArmAr, kToolCount
 };
 
-// The executables in their fixed order.
-extern const char* const kToolExecutables[kToolCount];
-
-// The installer's registry entries, under HKEY_LOCAL_MACHINE.
-extern const char kAdsCurrentVersionKey[];  // "SOFTWARE\ARM Limited\ARM Developer Suite\CurrentVersion"
-extern const char kAdsVersionKeyPrefix[];   // "SOFTWARE\ARM Limited\ARM Developer Suite\"
-extern const char kAdsHomeValue[];          // "ARMHOME"
+static_assert(kToolCount == kAdsToolCount, "the tools of the installation");
 
 // The host's preference module, relative to the host's folder, and the
 // toolchain name it is asked about.
@@ -44,18 +40,6 @@ std::string ReadArmHomeFromRegistry(platform::Registry& registry);
 // missing. The module is loaded for the question and freed afterwards.
 std::vector<std::string> ReadPreferenceCandidates(platform::Libraries& libraries);
 
-// The fifteen texts of the record handed to the host (slot 30).
-enum RecordText {
-    kRecordName = 0,       // "ADS"
-    kRecordDirectory = 1,  // the tool directory
-    kRecordFirstTool = 2,  // 2..9: the tool paths in kToolExecutables order
-    kRecordSuite = 10,     // "ARM Developer Suite"
-    kRecordVersion = 11,   // "1.2"
-    kRecordFound = 12,     // "1" when the tools were found, else "0"
-    kRecordObjectExt = 13, // ".o"
-    kRecordImageExt = 14,  // ".axf"
-    kRecordCount = 15
-};
 
 class Toolchain {
 public:
@@ -64,7 +48,7 @@ public:
     // The installer's "ARMHOME" entry; empty when there is none.
     using HomeSource = std::function<std::string()>;
     // Hands the fifteen texts to the host; false when it refuses them.
-    using Registrar = std::function<bool(const std::array<std::string, kRecordCount>&)>;
+    using Registrar = std::function<bool(const std::array<std::string, kAdsRecordCount>&)>;
 
     explicit Toolchain(platform::Platform* platform) : platform_(platform) {}
 
@@ -88,7 +72,7 @@ public:
     // Whether the assembler was found by the last search: what the build
     // engine asks before it builds anything.
     bool found() const { return found_ != 0; }
-    std::array<std::string, kRecordCount> Record() const;
+    std::array<std::string, kAdsRecordCount> Record() const;
 
 private:
     platform::Platform* platform_;

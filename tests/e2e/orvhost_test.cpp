@@ -116,6 +116,25 @@ TEST_F(OrvhostTest, HelpTellsTheCommands) {
         EXPECT_NE(std::string::npos, r.output.find(command)) << command;
     }
     EXPECT_EQ(2, Orvhost({}).status);
+
+    // A command's own help comes from the same table as its parsing.
+    const struct {
+        std::vector<std::string> args;
+        int status;
+        const char* says;
+    } rows[] = {
+        {{"help", "build"}, 0, "  --rebuild "},
+        {{"build", "--help"}, 0, "usage: orvhost build PROJECT [--target NAME] [-j N] [--rebuild]\n"},
+        {{"help", "config", "set-ads-home"}, 0, "  --version NAME "},
+        {{"-v", "--help"}, 0, "  -v "},
+        {{"help", "nope"}, 2, "unknown command 'nope'"},
+        {{"help", "config", "nope"}, 2, "unknown config command 'nope'"},
+    };
+    for (const auto& row : rows) {
+        r = Orvhost(row.args);
+        EXPECT_EQ(row.status, r.status) << row.says << "\n" << r.output;
+        EXPECT_NE(std::string::npos, r.output.find(row.says)) << r.output;
+    }
 }
 
 }  // namespace

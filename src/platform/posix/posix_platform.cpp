@@ -438,4 +438,10 @@ Platform& System() {
     return platform;
 }
 
+void DebugOutput(const std::string& text) {
+    const std::string line = text.empty() || text.back() != '\n' ? text + "\n" : text;
+    std::fwrite(line.data(), 1, line.size(), stderr);
+    std::fflush(stderr);
+}
+
 }  // namespace ads::platform

@@ -341,4 +341,9 @@ Platform& System() {
     return platform;
 }
 
+void DebugOutput(const std::string& text) {
+    const std::string line = text.empty() || text.back() != '\n' ? text + "\r\n" : text;
+    OutputDebugStringA(line.c_str());
+}
+
 }  // namespace ads::platform

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstring>
+#include <functional>
+#include <stdexcept>
 #include <memory>
 #include <string>
 #include <vector>
@@ -24,6 +26,8 @@ struct Recorder {
     std::vector<std::string> registered;
     std::vector<AdsWord> call34;
     AdsHostServices* entry_table = nullptr;
+    bool host_throws = false;  // the pane and the dialog fail the way a broken host would
+    std::vector<std::string> traces;
 };
 Recorder* g_rec = nullptr;
 
@@ -39,6 +43,7 @@ AdsWord ADS_CALL HostCommit(ConfigNode* node, ConfigNode* edited) {
 ConfigNode* ADS_CALL HostFindSetting(ConfigNode*, const char*, const char*) { return nullptr; }
 AdsWord ADS_CALL HostRun(const char*, AdsWord, char*, int, AdsWord*) { return 0; }
 AdsWord ADS_CALL HostWrite(const char* text, AdsWord pane) {
+    if (g_rec->host_throws) throw std::runtime_error("pane is gone");
     g_rec->output += text;
     g_rec->panes.push_back(pane);
     return 1;
@@ -371,6 +376,54 @@ TEST_F(PluginTest, AChangedSettingAsksTheNextBuildToRebuildThroughACommit) {
     // The node itself is the host's: only the commit may change it.
     EXPECT_EQ(nullptr, Target("Release")->GetAttribute("ADS_ReBuild"));
 }
+
+int ADS_CALL UiRunSettings(void*, const AdsSettingsDialog*) {
+    if (g_rec->host_throws) throw std::runtime_error("dialog is gone");
+    return kIdOk;
+}
+void ADS_CALL UiTrace(void*, const char* text) { g_rec->traces.emplace_back(text); }
+
+TEST_F(PluginTest, ASlotWhoseWorkThrowsTracesItAndAnswersItsFailureValue) {
+    const AdsHostUi ui = {nullptr, UiRunSettings, nullptr, UiTrace};
+    struct Row {
+        const char* trace;
+        int failure;
+        std::function<int(PluginInterface*)> call;
+    } rows[] = {
+        {"ads_plugin: slot 1 InstallTool: pane is gone", 0,
+         [this](PluginInterface* t) { return t->InstallTool(project.get()), 0; }},
+        {"ads_plugin: slot 3 ShowSettings: dialog is gone", 0,
+         [this](PluginInterface* t) { return t->ShowSettings(file); }},
+        {"ads_plugin: slot 4 ImportProject: pane is gone", 0,
+         [](PluginInterface* t) { return t->ImportProject("missing.xml", 1); }},
+        {"ads_plugin: slot 37 ParseOutput: pane is gone", 0,
+         [](PluginInterface* t) { return t->ParseOutput("x\n", 2), 0; }},
+    };
+    for (const Row& row : rows) {
+        MakeProject();
+        PluginInterface* t = Start();
+        AdsHostContext context{};
+        context.ui = &ui;
+        ASSERT_EQ(1, t->Attach(&context));
+        t->InstallTool(project.get());
+        t->SetCurrentTarget(1, "Debug");
+        rec.traces.clear();
+        rec.host_throws = true;
+        EXPECT_EQ(row.failure, row.call(t)) << row.trace;
+        EXPECT_EQ(std::vector<std::string>{row.trace}, rec.traces);
+        rec.host_throws = false;
+    }
+}
+
+#ifndef _WIN32
+TEST_F(PluginTest, WithoutAUiTableTheTraceGoesToStandardError) {
+    PluginInterface* t = Start();
+    rec.host_throws = true;
+    ::testing::internal::CaptureStderr();
+    t->ParseOutput("x\n", 2);
+    EXPECT_EQ("ads_plugin: slot 37 ParseOutput: pane is gone\n", ::testing::internal::GetCapturedStderr());
+}
+#endif
 
 TEST_F(PluginTest, ReservedSlotsDoNothing) {
     PluginInterface* t = Start();

@@ -43,7 +43,7 @@ protected:
     ToolchainTest() : toolchain(&fake.platform) {
         toolchain.SetCandidateSource([this] { return candidates; });
         toolchain.SetHomeSource([this] { return ReadArmHomeFromRegistry(fake.registry); });
-        toolchain.SetRegistrar([this](const std::array<std::string, kRecordCount>& record) {
+        toolchain.SetRegistrar([this](const std::array<std::string, kAdsRecordCount>& record) {
             registered.push_back(record);
             return accept;
         });
@@ -52,7 +52,7 @@ protected:
     FakePlatform fake;
     Toolchain toolchain;
     std::vector<std::string> candidates;
-    std::vector<std::array<std::string, kRecordCount>> registered;
+    std::vector<std::array<std::string, kAdsRecordCount>> registered;
     bool accept = true;
 };
 
@@ -100,7 +100,7 @@ TEST_F(ToolchainTest, NothingAnywhereLeavesAnEmptyDirectoryAndBareToolNames) {
     EXPECT_EQ("", toolchain.directory());
     EXPECT_FALSE(toolchain.found());
     for (int i = 0; i < kToolCount; ++i) {
-        EXPECT_EQ(std::string("\\") + kToolExecutables[i], toolchain.path(static_cast<ToolIndex>(i)));
+        EXPECT_EQ(std::string("\\") + kAdsToolExecutables[i], toolchain.path(static_cast<ToolIndex>(i)));
     }
     EXPECT_TRUE(registered.empty());  // an empty directory text: the host is not asked
 }
@@ -212,7 +212,7 @@ TEST_F(ToolchainTest, TheRecordNamesTheToolchainItsDirectoryAndTheEightToolsInOr
     fake.files.files.insert("C:\\ADS\\Bin\\armasm.exe");
     EXPECT_TRUE(toolchain.LocateTools());
     ASSERT_EQ(1u, registered.size());
-    const std::array<std::string, kRecordCount> expected = {
+    const std::array<std::string, kAdsRecordCount> expected = {
         "ADS", "C:\\ADS\\Bin",
         "C:\\ADS\\Bin\\armasm.exe", "C:\\ADS\\Bin\\armcc.exe", "C:\\ADS\\Bin\\armcpp.exe",
         "C:\\ADS\\Bin\\tcc.exe", "C:\\ADS\\Bin\\tcpp.exe", "C:\\ADS\\Bin\\armlink.exe",
@@ -230,8 +230,8 @@ TEST_F(ToolchainTest, ToolsNotFoundAreStillRegisteredWhenADirectoryIsKnown) {
     fake.files.listings["C:\\Half"] = Listing({"armcc.exe", "z"});
     EXPECT_TRUE(toolchain.LocateTools());
     ASSERT_EQ(1u, registered.size());
-    EXPECT_EQ("C:\\Half", registered[0][kRecordDirectory]);
-    EXPECT_EQ("0", registered[0][kRecordFound]);
+    EXPECT_EQ("C:\\Half", registered[0][kAdsRecordDirectory]);
+    EXPECT_EQ("0", registered[0][kAdsRecordFound]);
 }
 
 // ---------------------------------------------------------------------------
@@ -307,7 +307,7 @@ TEST_F(ToolchainTest, OkMakesTheChosenBinFolderTheToolDirectoryWhenTheRegistryNa
     EXPECT_TRUE(toolchain.found());
     EXPECT_EQ("D:\\ADSv1_2\\Bin\\fromelf.exe", toolchain.path(kFromElf));
     ASSERT_EQ(1u, registered.size());
-    EXPECT_EQ("D:\\ADSv1_2\\Bin", registered[0][kRecordDirectory]);
+    EXPECT_EQ("D:\\ADSv1_2\\Bin", registered[0][kAdsRecordDirectory]);
 }
 
 TEST_F(ToolchainTest, OkWithAFolderThatHoldsNoToolsFindsNothing) {

@@ -1,0 +1,169 @@
+// orvhost's commands on the project file itself: new, add-target,
+// add-file, show.
+#include <cstdio>
+#include <memory>
+
+#include "cli_commands.h"
+#include "cli_support.h"
+
+namespace ads::host {
+
+namespace {
+void PrintAttributes(const ConfigNode& node, const char* indent) {
+    for (const auto* a = node.FirstAttribute(); a; a = node.NextAttribute(a)) {
+        std::printf("%s%s = \"%s\"\n", indent, Printable(a->name).c_str(), Printable(a->value).c_str());
+    }
+}
+}  // namespace
+
+int CommandNew(const Arguments& args, platform::Platform& platform) {
+    const std::string& path = args[0];
+    if (platform.files->PathExists(path)) Fail(path + ": already exists; not overwritten");
+    auto root = std::make_unique<ConfigNode>("OrvaneProject");
+    root->SetAttribute("Name", BaseName(path).c_str());
+    root->AppendChild(new ConfigNode("Configurations"));
+    root->AppendChild(new ConfigNode("Files"));
+    std::string error;
+    if (!SaveProject(*platform.files, path, *root, &error)) Fail(error);
+    std::printf("created project '%s' in %s\n", BaseName(path).c_str(), path.c_str());
+    return 0;
+}
+
+int CommandAddTarget(const Arguments& args, platform::Platform& platform) {
+    Session s(platform);
+    s.Open(args[0]);
+    const std::string& name = args[1];
+    if (name.empty()) Fail(args[0] + ": a target needs a name");
+    if (s.FindTarget(name) != nullptr) Fail(args[0] + ": target '" + name + "' exists already");
+    s.LoadPlugin(false);
+    auto* config = new ConfigNode("Configuration");
+    config->SetAttribute("Name", name.c_str());
+    s.Child("Configurations")->AppendChild(config);
+    s.EnterProject();
+    s.host_.table()->InstallTool(config);
+    s.Save();
+    std::printf("added target '%s'\n", name.c_str());
+    return 0;
+}
+
+int CommandAddFile(const Arguments& args, platform::Platform& platform) {
+    const std::string& project = args[0];
+    const std::string& file = args[1];
+    const std::string group = args.Value("--group");
+    Session s(platform);
+    s.Open(project);
+    platform::FileSystem& fs = *platform.files;
+    if (!fs.FileExists(file)) Fail(file + ": no such file");
+
+    // Stored relative to the project's folder when it lies below it, in the
+    // Windows form the tools get.
+    std::string full = fs.FullPath(file);
+    std::string base = fs.FullPath(DirectoryOf(fs.FullPath(project)).empty() ? "." : DirectoryOf(fs.FullPath(project)));
+    std::string relative = full;
+    if (full.size() > base.size() + 1 && full.compare(0, base.size(), base) == 0 &&
+        (full[base.size()] == '/' || full[base.size()] == '\\')) {
+        relative = full.substr(base.size() + 1);
+    }
+    relative = ToBackslashes(relative);
+
+    bool duplicate = false;
+    WalkTree(s.root_.get(), [&](ConfigNode* n) {
+        const char* p = n->GetAttribute("RelativePath");
+        if (n->Name() == "File" && p != nullptr && Lower(p) == Lower(relative)) duplicate = true;
+        return false;
+    });
+    if (duplicate) Fail(project + ": '" + relative + "' is in the project already");
+
+    s.LoadPlugin(false);
+    ConfigNode* parent = s.Child("Files");
+    size_t start = 0;
+    while (!group.empty() && start <= group.size()) {
+        size_t slash = group.find('/', start);
+        std::string part = group.substr(start, slash == std::string::npos ? std::string::npos : slash - start);
+        start = slash == std::string::npos ? group.size() + 1 : slash + 1;
+        if (part.empty()) continue;
+        ConfigNode* found = nullptr;
+        for (ConfigNode* c = parent->FirstChild(); c; c = c->NextSibling()) {
+            const char* n = c->GetAttribute("Name");
+            if (c->Name() == "Filter" && n != nullptr && part == n) found = c;
+        }
+        if (found == nullptr) {
+            found = new ConfigNode("Filter");
+            found->SetAttribute("Name", part.c_str());
+            parent->AppendChild(found);
+        }
+        parent = found;
+    }
+    auto* node = new ConfigNode("File");
+    node->SetAttribute("RelativePath", relative.c_str());
+    node->SetAttributeInt("FileType", FileTypeFor(relative));
+    parent->AppendChild(node);
+    s.EnterProject();
+    s.host_.table()->InstallTool(node);
+    s.Save();
+    std::printf("added %s file '%s'\n", KindName(FileTypeFor(relative)), relative.c_str());
+    return 0;
+}
+
+int CommandShow(const Arguments& args, platform::Platform& platform) {
+    const std::string& project = args[0];
+    const std::string target = args.Value("--target");
+    const bool have_target = args.Has("--target");
+    Session s(platform);
+    s.Open(project);
+    if (have_target && s.FindTarget(target) == nullptr) Fail(project + ": no target named '" + target + "'");
+
+    const char* name = s.root_->GetAttribute("Name");
+    std::printf("project '%s' (%s)\n", name ? Printable(name).c_str() : "", project.c_str());
+    std::printf("targets:\n");
+    ConfigNode* configs = s.root_->FindChild("Configurations");
+    int count = 0;
+    for (ConfigNode* c = configs ? configs->FirstChild() : nullptr; c; c = c->NextSibling()) {
+        const char* n = c->GetAttribute("Name");
+        if (have_target && (n == nullptr || target != n)) continue;
+        ++count;
+        std::printf("  %s\n", n ? Printable(n).c_str() : "(unnamed)");
+        PrintAttributes(*c, "    ");
+        for (ConfigNode* k = c->FirstChild(); k; k = k->NextSibling()) {
+            std::printf("    <%s>\n", Printable(k->Name()).c_str());
+            PrintAttributes(*k, "      ");
+        }
+    }
+    if (count == 0) std::printf("  (none)\n");
+    if (have_target) return 0;
+
+    std::printf("files:\n");
+    ConfigNode* files = s.root_->FindChild("Files");
+    if (files == nullptr || files->FirstChild() == nullptr) {
+        std::printf("  (none)\n");
+        return 0;
+    }
+    // Depth-first, without recursion: groups nest as deep as the user made them.
+    ConfigNode* n = files->FirstChild();
+    int depth = 1;
+    while (n != nullptr) {
+        std::string indent(static_cast<size_t>(depth) * 2, ' ');
+        if (n->Name() == "Filter") {
+            const char* g = n->GetAttribute("Name");
+            std::printf("%s%s/\n", indent.c_str(), g ? Printable(g).c_str() : "");
+        } else if (n->Name() == "File") {
+            const char* p = n->GetAttribute("RelativePath");
+            int32_t type = 0;
+            n->GetAttributeInt("FileType", &type);
+            std::printf("%s%s (%s)\n", indent.c_str(), p ? Printable(p).c_str() : "", KindName(type));
+        }
+        if (n->Name() == "Filter" && n->FirstChild() != nullptr) {
+            n = n->FirstChild();
+            ++depth;
+            continue;
+        }
+        while (n != files && n->NextSibling() == nullptr) {
+            n = n->Parent();
+            --depth;
+        }
+        n = n == files ? nullptr : n->NextSibling();
+    }
+    return 0;
+}
+
+}  // namespace ads::host
