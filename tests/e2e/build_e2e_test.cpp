@@ -3,66 +3,19 @@
 // fresh project folder, nothing but the command line.
 #include <gtest/gtest.h>
 
-#include <chrono>
-#include <filesystem>
 #include <string>
 #include <vector>
 
-#include "platform/platform.h"
-#include "support/orvhost_run.h"
-#include "support/temp_folder.h"
+#include "support/orvhost_fixture.h"
 
 namespace ads {
 namespace {
 
-namespace stdfs = std::filesystem;
-
+using ads::testing::Count;
 using ads::testing::Outcome;
 
-size_t Count(const std::string& text, const std::string& what) {
-    size_t n = 0;
-    for (size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + 1)) ++n;
-    return n;
-}
-
-class BuildTest : public ::testing::Test {
+class BuildTest : public ads::testing::OrvhostFixture {
 protected:
-    void SetUp() override {
-        dir = folder.path();
-        exe = ads::testing::OrvhostExecutable();
-        ASSERT_TRUE(fs().FileExists(exe)) << exe;
-        tools = fs().ExecutableDirectory() + "/fakeads/Bin";
-        platform::Environment& env = *platform::System().environment;
-        env.Set("ORVANE_REGISTRY", dir + "/absent.reg");
-        env.Set("ORVANE_CONFIG", dir + "/orvhost.conf");
-    }
-
-    // The tests that build need the simulated tools.
-    bool HaveTools() { return fs().FileExists(tools + "/armcc.exe"); }
-
-    static platform::FileSystem& fs() { return *platform::System().files; }
-
-    Outcome Orvhost(const std::vector<std::string>& args) { return ads::testing::RunOrvhost(exe, args, dir, 1 << 22); }
-
-    std::string Path(const std::string& name) const { return dir + "/" + name; }
-    bool Exists(const std::string& name) const { return stdfs::exists(stdfs::path(dir) / name); }
-
-    void Write(const std::string& name, const std::string& text) {
-        stdfs::create_directories((stdfs::path(dir) / name).parent_path());
-        std::string error;
-        ASSERT_TRUE(fs().WriteFileAtomically(Path(name), text, &error)) << error;
-    }
-    std::string Read(const std::string& name) {
-        std::string text;
-        fs().ReadFile(Path(name), &text);
-        return text;
-    }
-    // Makes a file newer than anything a build wrote so far.
-    void Age(const std::string& name, int seconds_from_now) {
-        stdfs::last_write_time(stdfs::path(dir) / name,
-                               stdfs::file_time_type::clock::now() + std::chrono::seconds(seconds_from_now));
-    }
-
     // demo.orv with the target Debug and the given sources, the tools set.
     void MakeProject(const std::vector<std::pair<std::string, std::string>>& sources) {
         ASSERT_EQ(0, Orvhost({"config", "set-tools-dir", tools}).status);
@@ -74,19 +27,6 @@ protected:
             ASSERT_EQ(0, r.status) << r.output;
         }
     }
-
-    void ExpectRefused(const std::vector<std::string>& args, const std::string& names) {
-        const std::string before = Read("demo.orv");
-        Outcome r = Orvhost(args);
-        EXPECT_EQ(2, r.status) << r.output;
-        EXPECT_NE(std::string::npos, r.output.find(names)) << r.output;
-        EXPECT_EQ(1u, Count(r.output, "\n")) << r.output;
-        EXPECT_EQ(before, Read("demo.orv"));
-        EXPECT_FALSE(Exists("Debug")) << "nothing built";
-    }
-
-    platform::test_support::TempFolder folder;
-    std::string dir, exe, tools;
 };
 
 const std::pair<std::string, std::string> kMain = {

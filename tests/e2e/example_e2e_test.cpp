@@ -7,9 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/platform.h"
-#include "support/orvhost_run.h"
-#include "support/temp_folder.h"
+#include "support/orvhost_fixture.h"
 
 namespace ads {
 namespace {
@@ -19,23 +17,15 @@ using ads::testing::Outcome;
 
 bool Has(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
 
-class ExampleTest : public ::testing::Test {
+class ExampleTest : public ads::testing::OrvhostFixture {
 protected:
     void SetUp() override {
-        dir = folder.path();
-        exe = ads::testing::OrvhostExecutable();
-        tools = platform::System().files->ExecutableDirectory() + "/fakeads/Bin";
-        if (!platform::System().files->FileExists(tools + "/armcc.exe")) GTEST_SKIP() << "no simulated tools";
+        OrvhostFixture::SetUp();
+        if (HasFatalFailure()) return;
+        if (!HaveTools()) GTEST_SKIP() << "no simulated tools";
         stdfs::copy(stdfs::path(ADS_EXAMPLES_DIR) / "blinky", dir, stdfs::copy_options::recursive);
-        platform::Environment& env = *platform::System().environment;
-        env.Set("ORVANE_REGISTRY", dir + "/absent.reg");
-        env.Set("ORVANE_CONFIG", dir + "/orvhost.conf");
         ASSERT_EQ(0, Orvhost({"config", "set-tools-dir", tools}).status);
     }
-    Outcome Orvhost(const std::vector<std::string>& args) { return ads::testing::RunOrvhost(exe, args, dir); }
-
-    platform::test_support::TempFolder folder;
-    std::string dir, exe, tools;
 };
 
 TEST_F(ExampleTest, BuildsBothTargetsAndThenHasNothingToDo) {

@@ -8,50 +8,17 @@
 #include <vector>
 
 #include "platform/platform.h"
-#include "support/orvhost_run.h"
-#include "support/temp_folder.h"
+#include "support/orvhost_fixture.h"
 
 namespace ads {
 namespace {
 
 namespace stdfs = std::filesystem;
+using ads::testing::Count;
 using ads::testing::Outcome;
 
-size_t Count(const std::string& text, const std::string& what) {
-    size_t n = 0;
-    for (size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + 1)) ++n;
-    return n;
-}
-
-class ImportTest : public ::testing::Test {
+class ImportTest : public ads::testing::OrvhostFixture {
 protected:
-    void SetUp() override {
-        dir = folder.path();
-        exe = ads::testing::OrvhostExecutable();
-        ASSERT_TRUE(fs().FileExists(exe)) << exe;
-        tools = fs().ExecutableDirectory() + "/fakeads/Bin";
-        examples = ADS_EXAMPLES_DIR;
-        platform::Environment& env = *platform::System().environment;
-        env.Set("ORVANE_REGISTRY", dir + "/absent.reg");
-        env.Set("ORVANE_CONFIG", dir + "/orvhost.conf");
-    }
-
-    static platform::FileSystem& fs() { return *platform::System().files; }
-
-    Outcome Orvhost(const std::vector<std::string>& args) { return ads::testing::RunOrvhost(exe, args, dir); }
-
-    std::string Path(const std::string& name) const { return dir + "/" + name; }
-    bool Exists(const std::string& name) const { return stdfs::exists(stdfs::path(dir) / name); }
-    std::string Read(const std::string& path) {
-        std::string text;
-        fs().ReadFile(path, &text);
-        return text;
-    }
-    void Write(const std::string& name, const std::string& text) {
-        std::string error;
-        ASSERT_TRUE(fs().WriteFileAtomically(Path(name), text, &error)) << error;
-    }
-
     // The example's sources and its export, side by side, as a user who
     // exported the project from its own folder has them.
     void CopyExample() {
@@ -69,8 +36,7 @@ protected:
         EXPECT_EQ(std::string::npos, r.output.find("Error")) << r.output;
     }
 
-    platform::test_support::TempFolder folder;
-    std::string dir, exe, tools, examples;
+    const std::string examples = ADS_EXAMPLES_DIR;
 };
 
 TEST_F(ImportTest, TheExampleExportBecomesAProjectThatBuilds) {
@@ -105,7 +71,7 @@ TEST_F(ImportTest, TheExampleExportBecomesAProjectThatBuilds) {
     EXPECT_NE(std::string::npos, r.output.find("armasm= -apcs /interwork -keep -split_ldm -g -PD \"BOARD SETA 2\"\n"))
         << r.output;
 
-    if (!fs().FileExists(tools + "/armcc.exe")) GTEST_SKIP() << "no simulated tools in " << tools;
+    if (!HaveTools()) GTEST_SKIP() << "no simulated tools in " << tools;
     ASSERT_EQ(0, Orvhost({"config", "set-tools-dir", tools}).status);
     r = Orvhost({"build", "blinky.orv", "--target", "Debug"});
     EXPECT_EQ(0, r.status) << r.output;
@@ -155,12 +121,7 @@ TEST_F(ImportTest, BadInputIsRefusedWithOneLineAndNothingWritten) {
         {{"import", "blinky.mcp.xml"}, "usage: orvhost import EXPORT PROJECT"},
         {{"import", "blinky.mcp.xml", "nofolder/new.orv"}, "nofolder/new.orv: its folder does not exist"},
     };
-    for (const auto& c : cases) {
-        Outcome r = Orvhost(c.args);
-        EXPECT_EQ(2, r.status) << r.output;
-        EXPECT_NE(std::string::npos, r.output.find(c.says)) << r.output;
-        EXPECT_EQ(1u, Count(r.output, "\n")) << r.output;
-    }
+    for (const auto& c : cases) ExpectRefused(c.args, c.says, "taken.orv");
     EXPECT_EQ("<OrvaneProject/>\n", Read(Path("taken.orv")));
     EXPECT_FALSE(Exists("new.orv"));
 }

@@ -8,8 +8,7 @@
 
 #include "platform/platform.h"
 #include "platform/registry.h"
-#include "support/orvhost_run.h"
-#include "support/temp_folder.h"
+#include "support/orvhost_fixture.h"
 
 namespace ads {
 namespace {
@@ -28,36 +27,8 @@ std::string RegText(const std::string& text) {
     return out;
 }
 
-class OrvhostConfigTest : public ::testing::Test {
+class OrvhostConfigTest : public ads::testing::OrvhostFixture {
 protected:
-    void SetUp() override {
-        dir = folder.path();
-        exe = ads::testing::OrvhostExecutable();
-        ASSERT_TRUE(fs().FileExists(exe)) << exe;
-        registry = dir + "/registry.reg";
-        config = dir + "/orvhost.conf";
-        platform::Environment& env = *platform::System().environment;
-        env.Set("ORVANE_REGISTRY", registry);
-        env.Set("ORVANE_CONFIG", config);
-    }
-
-    static platform::FileSystem& fs() { return *platform::System().files; }
-
-    Outcome Orvhost(const std::vector<std::string>& args) { return ads::testing::RunOrvhost(exe, args, dir, 1 << 20); }
-
-    std::string Path(const std::string& name) { return dir + "/" + name; }
-
-    void Write(const std::string& path, const std::string& text) {
-        std::string error;
-        ASSERT_TRUE(fs().WriteFileAtomically(path, text, &error)) << error;
-    }
-
-    std::string Read(const std::string& path) {
-        std::string text;
-        fs().ReadFile(path, &text);
-        return text;
-    }
-
     // A folder holding the eight tools as empty files.
     void MakeTools(const std::string& folder) {
         for (const char* tool : kTools) Write(folder + "/" + tool, "");
@@ -86,15 +57,6 @@ protected:
             EXPECT_NE(std::string::npos, r.output.find(line)) << line << r.output;
         }
     }
-
-    static int Lines(const std::string& text) {
-        int n = 0;
-        for (char c : text) n += c == '\n';
-        return n;
-    }
-
-    platform::test_support::TempFolder folder;
-    std::string dir, exe, registry, config;
 };
 
 TEST_F(OrvhostConfigTest, ShowFindsTheToolsOfTheInstallationTheRegistryRecords) {
@@ -197,12 +159,7 @@ TEST_F(OrvhostConfigTest, BadInputIsRefusedWithOneLine) {
         {{"config", "set-ads-home", "a", "b"}, "usage: orvhost config set-ads-home"},
         {{"config", "show", "x"}, "usage: orvhost config show"},
     };
-    for (const Row& row : rows) {
-        Outcome r = Orvhost(row.args);
-        EXPECT_EQ(2, r.status) << r.output;
-        EXPECT_NE(std::string::npos, r.output.find(row.names)) << r.output;
-        EXPECT_EQ(1, Lines(r.output)) << r.output;
-    }
+    for (const Row& row : rows) ExpectRefused(row.args, row.names);
     EXPECT_FALSE(fs().PathExists(registry));
     EXPECT_FALSE(fs().PathExists(config));
 }

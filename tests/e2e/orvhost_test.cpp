@@ -5,59 +5,19 @@
 #include <string>
 #include <vector>
 
-#include "platform/platform.h"
-#include "support/orvhost_run.h"
-#include "support/temp_folder.h"
+#include "support/orvhost_fixture.h"
 
 namespace ads {
 namespace {
 
 using ads::testing::Outcome;
 
-class OrvhostTest : public ::testing::Test {
-protected:
-    void SetUp() override {
-        dir = folder.path();
-        exe = ads::testing::OrvhostExecutable();
-        ASSERT_TRUE(fs().FileExists(exe)) << exe;
-    }
-
-    static platform::FileSystem& fs() { return *platform::System().files; }
-
-    Outcome Orvhost(const std::vector<std::string>& args) { return ads::testing::RunOrvhost(exe, args, dir, 1 << 20); }
-
-    std::string Path(const std::string& name) { return dir + "/" + name; }
-
-    void Write(const std::string& name, const std::string& text) {
-        std::string error;
-        ASSERT_TRUE(fs().WriteFileAtomically(Path(name), text, &error)) << error;
-    }
-
-    std::string Read(const std::string& name) {
-        std::string text;
-        fs().ReadFile(Path(name), &text);
-        return text;
-    }
-
-    // A bad-input run: status 2, one line that names the file, and the
-    // project file exactly as it was.
-    void ExpectRefused(const std::vector<std::string>& args, const std::string& names) {
-        std::string before = Read("demo.orv");
-        Outcome r = Orvhost(args);
-        EXPECT_EQ(2, r.status) << r.output;
-        EXPECT_NE(std::string::npos, r.output.find(names)) << r.output;
-        EXPECT_EQ(1, [&] { int n = 0; for (char c : r.output) n += c == '\n'; return n; }()) << r.output;
-        EXPECT_EQ(before, Read("demo.orv"));
-    }
-
-    platform::test_support::TempFolder folder;
-    std::string dir, exe;
-};
+class OrvhostTest : public ads::testing::OrvhostFixture {};
 
 TEST_F(OrvhostTest, NewAddTargetAddFileAndShow) {
     Outcome r = Orvhost({"new", "demo.orv"});
     ASSERT_EQ(0, r.status) << r.output;
-    ASSERT_TRUE(fs().FileExists(Path("demo.orv")));
+    ASSERT_TRUE(Exists("demo.orv"));
     ASSERT_EQ(0, Orvhost({"add-target", "demo.orv", "Debug"}).status);
     ASSERT_EQ(0, Orvhost({"add-target", "demo.orv", "Release \xE9t\xE9 \"2\""}).status);
     fs().MakeDir(Path("src"));

@@ -17,8 +17,7 @@
 #include <thread>
 
 #include "platform/platform.h"
-#include "support/orvhost_run.h"
-#include "support/temp_folder.h"
+#include "support/orvhost_fixture.h"
 
 namespace ads {
 namespace {
@@ -98,17 +97,16 @@ Clock::duration SaveAndKill(const std::string& exe, const std::string& dir, std:
 }
 #endif
 
-TEST(ProjectSave, AKilledSaveLeavesTheOldFileOrTheNewOneWhole) {
+class ProjectSave : public testing::OrvhostFixture {};
+
+TEST_F(ProjectSave, AKilledSaveLeavesTheOldFileOrTheNewOneWhole) {
 #ifdef _WIN32
     GTEST_SKIP() << "the save is killed with POSIX signals";
 #else
     platform::FileSystem& fs = *platform::System().files;
-    platform::test_support::TempFolder folder;
-    const std::string dir = folder.path();
-    const std::string project = dir + "/p.orv";
-    const std::string exe = testing::OrvhostExecutable();
-    ASSERT_EQ(0, testing::RunOrvhost(exe, {"new", "p.orv"}, dir).status);
-    ASSERT_EQ(0, testing::RunOrvhost(exe, {"add-target", "p.orv", "Debug"}, dir).status);
+    const std::string project = Path("p.orv");
+    ASSERT_EQ(0, Orvhost({"new", "p.orv"}).status);
+    ASSERT_EQ(0, Orvhost({"add-target", "p.orv", "Debug"}).status);
 
     std::string old_text, error;
     ASSERT_TRUE(fs.ReadFile(project, &old_text));
@@ -155,7 +153,7 @@ TEST(ProjectSave, AKilledSaveLeavesTheOldFileOrTheNewOneWhole) {
         EXPECT_TRUE(name == "p.orv" || name.size() < 4 || name.compare(name.size() - 4, 4, ".orv") != 0) << name;
     }
     ASSERT_TRUE(fs.WriteFileAtomically(project, old_text, &error)) << error;
-    ASSERT_EQ(0, testing::RunOrvhost(exe, {"set", "p.orv", "--target", "Debug", "KillTest", "1"}, dir).status);
+    ASSERT_EQ(0, Orvhost({"set", "p.orv", "--target", "Debug", "KillTest", "1"}).status);
     std::string last;
     ASSERT_TRUE(fs.ReadFile(project, &last));
     EXPECT_TRUE(last == new_text);

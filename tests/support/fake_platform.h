@@ -1,6 +1,6 @@
 // A platform whose services a test controls: libraries that load or not,
-// a process exit that is recorded instead of taken, an in-memory file
-// system for the few calls the plug-in makes.
+// a process exit that is taken for real, files and a registry in memory, a
+// process runner that records its commands.
 #pragma once
 
 #include <map>
@@ -58,15 +58,40 @@ public:
     [[noreturn]] void Exit(uint32_t code) override { std::_Exit(static_cast<int>(code)); }
 };
 
+// An in-memory file system. A path is a file when it is in `files` (its text
+// in `contents`, empty when absent) and a folder when it has a listing; Add()
+// files a path under every folder above it, as a real tree lists it.
 class FakeFiles : public platform::FileSystem {
 public:
     std::set<std::string> files;
+    std::map<std::string, std::string> contents;
+    std::map<std::string, std::vector<platform::DirectoryEntry>> listings;
     std::set<std::string> read_only;     // files a delete is refused for
     std::vector<std::string> created;    // folders asked for, in order
     uint32_t create_error = 0;           // what creating a new folder answers
-    std::map<std::string, std::vector<platform::DirectoryEntry>> listings;
+    std::vector<std::string> writes;     // files written, in order
+    std::string write_failure;           // when set, every write fails with it
     std::vector<std::string> cwd_history;
     std::string cwd = "C:\\work";
+    std::string windows_directory = "C:\\WINDOWS";
+    int lists = 0;  // how often a folder was listed
+
+    void Add(const std::string& path, const std::string& text = std::string()) {
+        files.insert(path);
+        contents[path] = text;
+        std::string child = path;
+        bool is_directory = false;
+        for (size_t cut = child.rfind('\\'); cut != std::string::npos && cut > 0; cut = child.rfind('\\')) {
+            const std::string parent = child.substr(0, cut);
+            auto& entries = listings[parent];
+            const std::string name = child.substr(cut + 1);
+            bool listed = false;
+            for (const auto& e : entries) listed = listed || e.name == name;
+            if (!listed) entries.push_back({name, is_directory, !name.empty() && name[0] == '.'});
+            child = parent;
+            is_directory = true;
+        }
+    }
 
     bool FileExists(const std::string& path) override { return files.count(path) > 0; }
     bool PathExists(const std::string& path) override { return files.count(path) > 0 || listings.count(path) > 0; }
@@ -83,7 +108,10 @@ public:
             if (message) *message = "Access is denied.\r\n";
             return platform::kErrorAccessDenied;
         }
-        if (files.erase(path)) return 0;
+        if (files.erase(path)) {
+            contents.erase(path);
+            return 0;
+        }
         if (message) *message = "The system cannot find the file specified.\r\n";
         return platform::kErrorFileNotFound;
     }
@@ -93,8 +121,25 @@ public:
         return true;
     }
     std::string CurrentDirectory() override { return cwd; }
-    std::string FullPath(const std::string& path) override { return path; }
-    int lists = 0;  // how often a folder was listed
+    // "." and ".." resolved and doubled separators dropped, as the system does.
+    std::string FullPath(const std::string& path) override {
+        std::vector<std::string> parts;
+        size_t start = 0;
+        while (start <= path.size()) {
+            size_t end = path.find('\\', start);
+            if (end == std::string::npos) end = path.size();
+            const std::string part = path.substr(start, end - start);
+            if (part == "..") {
+                if (parts.size() > 1) parts.pop_back();
+            } else if (!part.empty() && part != ".") {
+                parts.push_back(part);
+            }
+            start = end + 1;
+        }
+        std::string full;
+        for (const std::string& part : parts) full += (full.empty() ? "" : "\\") + part;
+        return full;
+    }
     bool ListDirectory(const std::string& path, std::vector<platform::DirectoryEntry>* entries) override {
         ++lists;
         auto it = listings.find(path);
@@ -102,15 +147,29 @@ public:
         *entries = it->second;
         return true;
     }
-    std::string WindowsDirectory() override { return "C:\\WINDOWS"; }
+    std::string WindowsDirectory() override { return windows_directory; }
     bool ModificationTime(const std::string& path, int64_t* time) override {
         *time = 0;
         return files.count(path) > 0;
     }
-    bool ReadFile(const std::string&, std::string*) override { return false; }
-    bool WriteFileAtomically(const std::string&, const std::string&, std::string* error) override {
-        *error = "read-only fake";
-        return false;
+    bool ReadFile(const std::string& path, std::string* text) override {
+        if (files.count(path) == 0) return false;
+        *text = contents[path];
+        return true;
+    }
+    bool WriteFileAtomically(const std::string& path, const std::string& text, std::string* error) override {
+        writes.push_back(path);
+        if (listings.count(path) != 0) {
+            *error = "is a directory";
+            return false;
+        }
+        if (!write_failure.empty()) {
+            *error = write_failure;
+            return false;
+        }
+        files.insert(path);
+        contents[path] = text;
+        return true;
     }
     std::string ExecutableDirectory() override { return "C:\\Orvane"; }
 };

@@ -5,11 +5,13 @@
 
 #include "build/build_engine.h"
 #include "build/tool_choice.h"
-#include "fake_host.h"
+#include "support/fake_host.h"
 #include "support/fake_platform.h"
 
 namespace ads::build {
 namespace {
+
+using ads::testing::FakeHost;
 
 bool Has(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
 

@@ -4,10 +4,12 @@
 #include <string>
 
 #include "build/tool_choice.h"
-#include "fake_host.h"
+#include "support/fake_host.h"
 
 namespace ads::build {
 namespace {
+
+using ads::testing::FakeHost;
 
 struct Project {
     ConfigNode root{"OrvaneProject"};
@@ -120,7 +122,7 @@ TEST(AssignToolsOnAdd, OnlyTheConfigurationsNodeIsAccepted) {
     EXPECT_FALSE(AssignToolsOnAdd(host, f, p.files));
     EXPECT_FALSE(AssignToolsOnAdd(host, f, nullptr));
     EXPECT_EQ(nullptr, FindFileSettings(f));
-    EXPECT_EQ(0, host.commits);
+    EXPECT_TRUE(host.commits.empty());
 }
 
 TEST(MappingPage, BuildsTheThreeGroups) {

@@ -10,12 +10,6 @@
 namespace ads::config {
 namespace {
 
-class FilesWithWindowsDirectory : public ads::testing::FakeFiles {
-public:
-    std::string dir;
-    std::string WindowsDirectory() override { return dir; }
-};
-
 TEST(PathMacroValues, EachEndsInOneBackslash) {
     struct Row {
         const char* home;
@@ -31,14 +25,14 @@ TEST(PathMacroValues, EachEndsInOneBackslash) {
 }
 
 TEST(PathMacroValues, TheWindowsDirectoryMustFitIts512ByteBuffer) {
-    FilesWithWindowsDirectory files;
-    files.dir = "C:\\WINDOWS";
+    ads::testing::FakeFiles files;
+    files.windows_directory = "C:\\WINDOWS";
     EXPECT_EQ("C:\\WINDOWS\\", SystemMacroValue(files));
-    files.dir = std::string(511, 'w');
+    files.windows_directory = std::string(511, 'w');
     EXPECT_EQ(std::string(511, 'w') + "\\", SystemMacroValue(files));
-    files.dir = std::string(512, 'w');
+    files.windows_directory = std::string(512, 'w');
     EXPECT_EQ("\\", SystemMacroValue(files));
-    files.dir = "";  // no $ORVANE_SYSTEM_DIR on POSIX
+    files.windows_directory = "";  // no $ORVANE_SYSTEM_DIR on POSIX
     EXPECT_EQ("\\", SystemMacroValue(files));
 }
 

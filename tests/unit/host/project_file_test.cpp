@@ -16,6 +16,7 @@
 
 #include "ads/config_node.h"
 #include "platform/platform.h"
+#include "support/fake_platform.h"
 #include "support/temp_folder.h"
 
 namespace ads::host {
@@ -518,57 +519,8 @@ TEST(ProjectFile, ReportsTheLineAndTheReasonOfAnError) {
 // ---------------------------------------------------------------------------
 // Load and save through the file system
 
-// Files in memory. Every change goes through the map, so a save that took a
-// way other than the atomic write (deleting first, say) would show.
-class MemoryFileSystem : public platform::FileSystem {
-public:
-    std::map<std::string, std::string> files;
-    std::set<std::string> directories;
-    std::string write_failure;  // when set, every atomic write fails with it
-
-    bool FileExists(const std::string& path) override { return files.count(path) != 0; }
-    bool PathExists(const std::string& path) override {
-        return files.count(path) != 0 || directories.count(path) != 0;
-    }
-    bool IsDirectory(const std::string& path) override { return directories.count(path) != 0; }
-    uint32_t MakeDir(const std::string& path) override {
-        return directories.insert(path).second ? 0 : platform::kErrorAlreadyExists;
-    }
-    uint32_t RemoveFile(const std::string& path, std::string* message) override {
-        if (files.erase(path) != 0) return 0;
-        if (message != nullptr) *message = "The file is not there.\r\n";
-        return platform::kErrorFileNotFound;
-    }
-    bool ChangeDir(const std::string&) override { return false; }
-    std::string CurrentDirectory() override { return "/"; }
-    std::string FullPath(const std::string& path) override { return path; }
-    bool ListDirectory(const std::string&, std::vector<platform::DirectoryEntry>*) override { return false; }
-    std::string WindowsDirectory() override { return ""; }
-    bool ModificationTime(const std::string&, int64_t*) override { return false; }
-    bool ReadFile(const std::string& path, std::string* contents) override {
-        const auto it = files.find(path);
-        if (it == files.end()) return false;
-        *contents = it->second;
-        return true;
-    }
-    bool WriteFileAtomically(const std::string& path, const std::string& contents,
-                             std::string* error) override {
-        if (directories.count(path) != 0) {
-            *error = "is a directory";
-            return false;
-        }
-        if (!write_failure.empty()) {
-            *error = write_failure;
-            return false;
-        }
-        files[path] = contents;
-        return true;
-    }
-    std::string ExecutableDirectory() override { return "/"; }
-};
-
 TEST(ProjectFile, SavedProjectLoadsBack) {
-    MemoryFileSystem fs;
+    ads::testing::FakeFiles fs;
     const auto tree = Build({
         {0, "OrvaneProject", {{"version", "1"}}},
         {1, "Target", {{"name", "Debug build"}}},
@@ -576,15 +528,15 @@ TEST(ProjectFile, SavedProjectLoadsBack) {
     });
     std::string error;
     ASSERT_TRUE(SaveProject(fs, "work\\demo.orv", *tree, &error)) << error;
-    EXPECT_EQ(fs.files.at("work\\demo.orv"), SerializeProject(*tree));
+    EXPECT_EQ(fs.contents.at("work\\demo.orv"), SerializeProject(*tree));
     const auto loaded = LoadProject(fs, "work\\demo.orv", &error);
     ASSERT_NE(loaded, nullptr) << error;
     EXPECT_EQ(Dump(*loaded), Dump(*tree));
 }
 
 TEST(ProjectFile, LoadErrorsNameTheFile) {
-    MemoryFileSystem fs;
-    fs.files["broken.orv"] = "<OrvaneProject>\n  <File name=x/>\n</OrvaneProject>\n";
+    ads::testing::FakeFiles fs;
+    fs.Add("broken.orv", "<OrvaneProject>\n  <File name=x/>\n</OrvaneProject>\n");
     const std::pair<const char*, const char*> cases[] = {
         {"missing.orv", "missing.orv: cannot read the project file"},
         {"broken.orv", "broken.orv: line 2: attribute value is not quoted"},
@@ -616,15 +568,15 @@ TEST(ProjectFile, FailedSaveLeavesTheOldFileAndSaysWhy) {
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.label);
-        MemoryFileSystem fs;
-        fs.files["demo.orv"] = old_text;
-        fs.directories.insert("dir");
+        ads::testing::FakeFiles fs;
+        fs.Add("demo.orv", old_text);
+        fs.listings["dir"];
         fs.write_failure = c.write_failure;
         std::string error;
         EXPECT_FALSE(SaveProject(fs, c.path, *tree, &error));
         EXPECT_EQ(error, c.error);
-        EXPECT_EQ(fs.files, (std::map<std::string, std::string>{{"demo.orv", old_text}}));
-        EXPECT_EQ(fs.directories, std::set<std::string>{"dir"});
+        EXPECT_EQ(fs.contents, (std::map<std::string, std::string>{{"demo.orv", old_text}}));
+        EXPECT_TRUE(fs.created.empty());
     }
 }
 

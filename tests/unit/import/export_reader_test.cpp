@@ -9,12 +9,14 @@
 #include "import/export_reader.h"
 #include "import/panel_readers.h"
 #include "import_test_support.h"
+#include "support/fake_platform.h"
 #include "platform/platform.h"
 
 namespace ads::import {
 namespace {
 
 using namespace test;
+using ads::testing::FakeFiles;
 
 const char kFolder[] = "C:\\proj";
 
@@ -33,7 +35,7 @@ protected:
         return false;
     }
 
-    MemoryFiles files;
+    FakeFiles files;
     ImportModel model;
 };
 

@@ -1,107 +1,11 @@
-// What the import tests share: an in-memory file system with contents, a
-// host that applies commits as orvhost does and catches any change made to
-// its tree outside of them, and small writers for export documents in the
-// layout real exports have.
+// Small writers for export documents in the layout real exports have.
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <cstdio>
-#include <map>
-#include <memory>
 #include <string>
 #include <vector>
 
-#include "config/host_api.h"
-#include "plugin_host.h"
-#include "project_file.h"
-#include "support/fake_platform.h"
-
 namespace ads::import::test {
-
-// Files by full path (backslashes), listed in the folders above them.
-class MemoryFiles : public ads::testing::FakeFiles {
-public:
-    std::map<std::string, std::string> contents;
-
-    void Add(const std::string& path, const std::string& text = std::string()) {
-        files.insert(path);
-        contents[path] = text;
-        std::string child = path;
-        bool is_directory = false;
-        for (size_t cut = child.rfind('\\'); cut != std::string::npos && cut > 0; cut = child.rfind('\\')) {
-            const std::string parent = child.substr(0, cut);
-            auto& entries = listings[parent];
-            const std::string name = child.substr(cut + 1);
-            bool listed = false;
-            for (const auto& e : entries) listed = listed || e.name == name;
-            if (!listed) entries.push_back({name, is_directory, !name.empty() && name[0] == '.'});
-            child = parent;
-            is_directory = true;
-        }
-    }
-    // "." and ".." resolved and doubled separators dropped, as the system does.
-    std::string FullPath(const std::string& path) override {
-        std::vector<std::string> parts;
-        size_t start = 0;
-        while (start <= path.size()) {
-            size_t end = path.find('\\', start);
-            if (end == std::string::npos) end = path.size();
-            const std::string part = path.substr(start, end - start);
-            if (part == "..") {
-                if (parts.size() > 1) parts.pop_back();
-            } else if (!part.empty() && part != ".") {
-                parts.push_back(part);
-            }
-            start = end + 1;
-        }
-        std::string full;
-        for (const std::string& part : parts) full += (full.empty() ? "" : "\\") + part;
-        return full;
-    }
-    bool ReadFile(const std::string& path, std::string* text) override {
-        auto it = contents.find(path);
-        if (it == contents.end()) return false;
-        *text = it->second;
-        return true;
-    }
-};
-
-// Commits as orvhost's host slots do. Between two of its own calls the tree
-// must not change: the importer edits copies and hands them over.
-class RecordingHost : public config::HostApi {
-public:
-    explicit RecordingHost(ConfigNode* root) : root_(root) { snapshot_ = host::SerializeProject(*root_); }
-
-    void Commit(ConfigNode* node, ConfigNode* edited) override {
-        CheckUntouched();
-        ++commits;
-        host::CommitEdit(node, *edited);
-        snapshot_ = host::SerializeProject(*root_);
-    }
-    ConfigNode* FindSettingNode(ConfigNode* node, const char* key, const char* flag_key) override {
-        CheckUntouched();
-        ConfigNode* found = host::PluginHost::FindSettingNode(node, key, flag_key);
-        snapshot_ = host::SerializeProject(*root_);
-        return found;
-    }
-    config::ToolRun RunTool(const std::string&, int) override { return {}; }
-    void Write(const std::string& text) override { output += text; }
-    bool IsOutOfDate(const std::string&, ConfigNode*) override { return false; }
-    bool TranslateFile(const std::string&, ConfigNode*) override { return false; }
-    bool MakeTarget(const std::string&, ConfigNode*) override { return false; }
-
-    void CheckUntouched() const {
-        EXPECT_EQ(snapshot_, host::SerializeProject(*root_)) << "the host's tree changed outside a commit";
-    }
-
-    std::string output;
-    int commits = 0;
-
-private:
-    ConfigNode* root_;
-    std::string snapshot_;
-};
 
 // --- Export documents --------------------------------------------------------
 

@@ -10,11 +10,15 @@
 #include "import/panel_readers.h"
 #include "import/project_import.h"
 #include "import_test_support.h"
+#include "support/fake_host.h"
+#include "support/fake_platform.h"
 
 namespace ads::import {
 namespace {
 
 using namespace test;
+using ads::testing::FakeFiles;
+using ads::testing::FakeHost;
 
 const char kExportPath[] = "C:\\proj\\blinky.mcp.xml";
 
@@ -42,7 +46,7 @@ std::string AllPanels() {
 
 class ProjectImportTest : public ::testing::Test {
 protected:
-    ProjectImportTest() : root(new ConfigNode("OrvaneProject")), host(root.get()) {
+    ProjectImportTest() : root(new ConfigNode("OrvaneProject")) {
         request.export_path = kExportPath;
         request.project_name = "blinky";
         request.reader.files = &files;
@@ -50,7 +54,8 @@ protected:
 
     int Import(const std::string& export_text) {
         files.Add(kExportPath, export_text);
-        host = RecordingHost(root.get());
+        host.pane.clear();
+        host.Watch(root.get());
         const int result = ImportProject(host, root.get(), request, &model);
         host.CheckUntouched();
         return result;
@@ -63,8 +68,8 @@ protected:
     }
 
     std::unique_ptr<ConfigNode> root;
-    MemoryFiles files;
-    RecordingHost host;
+    FakeFiles files;
+    FakeHost host;
     ImportRequest request;
     ImportModel model;
 };
@@ -75,7 +80,7 @@ TEST_F(ProjectImportTest, WritesTheProjectKeysAndOneConfigurationPerTargetInOrde
                                                   Linker("ARM Linker", "ARM fromELF") +
                                                   Mappings({{"TEXT", ".c", "ARM C Compiler"}}) + AllPanels());
     ASSERT_EQ(1, Import(Export(debug + Target("Release", ""))));
-    EXPECT_EQ("", host.output);
+    EXPECT_EQ("", host.pane);
 
     EXPECT_EQ((std::vector<std::string>{"Name", "BuildTool", "Version", "Author"}), KeysOf(*root));
     EXPECT_EQ("blinky", Attr(root.get(), "Name"));
@@ -155,7 +160,7 @@ TEST_F(ProjectImportTest, AFailedReadPrintsTheFailureTextAndAddsNoConfiguration)
     const std::string text = Export(Target("T", ""), GroupXml("G", FileRefXml("a.c")),
                                     "<?codewarrior exportversion=\"1.0.1\" ideversion=\"4.3\" ?>");
     EXPECT_EQ(0, Import(text));
-    EXPECT_EQ("import project failed!\n", host.output);
+    EXPECT_EQ("import project failed!\n", host.pane);
     EXPECT_EQ(nullptr, Configuration(0));
     EXPECT_EQ(nullptr, root->FindChild("Files")->FirstChild()) << "no group, no file";
     EXPECT_EQ("13", Attr(root.get(), "BuildTool")) << "the project keys are written already";
@@ -173,7 +178,7 @@ TEST_F(ProjectImportTest, MalformedExportsLeaveNoPartialTarget) {
     for (const std::string& text : cases) {
         root.reset(new ConfigNode("OrvaneProject"));
         EXPECT_EQ(0, Import(text));
-        EXPECT_EQ("import project failed!\n", host.output);
+        EXPECT_EQ("import project failed!\n", host.pane);
         EXPECT_EQ(nullptr, Configuration(0));
     }
 }

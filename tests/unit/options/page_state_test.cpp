@@ -5,13 +5,17 @@
 #include <algorithm>
 #include <memory>
 
-#include "unit/options/fake_host.h"
+#include "support/fake_host.h"
 
 namespace ads::options {
 namespace {
 
-using testing::Attr;
-using testing::FakeHost;
+using ads::testing::FakeHost;
+
+std::string Attr(const ConfigNode* node, const char* name) {
+    const char* value = node ? node->GetAttribute(name) : nullptr;
+    return value ? value : "<absent>";
+}
 
 TEST(PageState, EachSizeIsWrittenWithPlainCommasAndScansBack) {
     for (int count : {4, 5, 6, 7, 16}) {
@@ -125,7 +129,7 @@ std::vector<TargetPageStates> OneTarget() {
 TEST(PageState, SavingAllLanguagesCreatesMissingChildrenAndCommitsClones) {
     ConfigNode folder("Filter");
     FakeHost host;
-    ASSERT_TRUE(SavePageStates(&folder, LanguageGroup::kAll, OneTarget(), host.FindSettingNode(), host.CommitNode()));
+    ASSERT_TRUE(SavePageStates(&folder, LanguageGroup::kAll, OneTarget(), host.FindSettingNodeFn(), host.CommitNodeFn()));
     EXPECT_EQ(host.created, (std::vector<std::string>{"ADS_CParam/ADS_CfgFlag", "ADS_AsmParam/ADS_CfgFlag"}));
     const ConfigNode* c = folder.FindChild("ADS_CParam");
     const ConfigNode* a = folder.FindChild("ADS_AsmParam");
@@ -149,14 +153,14 @@ TEST(PageState, SavingAllLanguagesCreatesMissingChildrenAndCommitsClones) {
 TEST(PageState, SavingOneLanguageWritesOnlyAnExistingChild) {
     ConfigNode file("File");
     FakeHost host;
-    EXPECT_FALSE(SavePageStates(&file, LanguageGroup::kC, OneTarget(), host.FindSettingNode(), host.CommitNode()));
+    EXPECT_FALSE(SavePageStates(&file, LanguageGroup::kC, OneTarget(), host.FindSettingNodeFn(), host.CommitNodeFn()));
     EXPECT_TRUE(host.created.empty() && host.commits.empty());
     EXPECT_EQ(file.FirstChild(), nullptr);
 
     auto* child = new ConfigNode("ADS_CParam");
     file.AppendChild(child);
     child->SetAttribute("Debug", " -O1");
-    EXPECT_TRUE(SavePageStates(&file, LanguageGroup::kC, OneTarget(), host.FindSettingNode(), host.CommitNode()));
+    EXPECT_TRUE(SavePageStates(&file, LanguageGroup::kC, OneTarget(), host.FindSettingNodeFn(), host.CommitNodeFn()));
     EXPECT_EQ(Attr(child, "Debug"), " -O1");
     EXPECT_EQ(Attr(child, "Debug_ArmC_Tar"), "44,-1,-1,-1");
     EXPECT_EQ(Attr(child, "Debug_ThumbC_Tar"), "");
@@ -170,7 +174,7 @@ TEST(PageState, LocalConfigureIsTheOrOfThePagesChangedFlags) {
         ConfigNode node("ADS_CParam");
         node.SetAttribute("LocalConfigure", "7");
         FakeHost host;
-        EXPECT_EQ(CommitLocalConfigure(&node, changed, host.CommitNode()), stored[0] == '1');
+        EXPECT_EQ(CommitLocalConfigure(&node, changed, host.CommitNodeFn()), stored[0] == '1');
         ASSERT_EQ(host.commits.size(), 1u);
         EXPECT_FALSE(host.commits[0].edited_is_node);
         EXPECT_EQ(Attr(&node, "LocalConfigure"), stored);

@@ -326,36 +326,10 @@ TEST_F(RegistryFileTest, ALineEndCannotBeStored) {
     EXPECT_EQ(before, Slurp(path));
 }
 
-// A file system that keeps files in memory and can refuse to write.
-class MemoryFiles : public ads::testing::FakeFiles {
-public:
-    std::map<std::string, std::string> contents;
-    std::vector<std::string> writes;
-    bool refuse_writes = false;
-
-    bool ReadFile(const std::string& path, std::string* text) override {
-        auto it = contents.find(path);
-        if (it == contents.end()) return false;
-        *text = it->second;
-        return true;
-    }
-    bool PathExists(const std::string& path) override { return contents.count(path) > 0; }
-    bool IsDirectory(const std::string&) override { return true; }
-    bool WriteFileAtomically(const std::string& path, const std::string& text, std::string* error) override {
-        writes.push_back(path);
-        if (refuse_writes) {
-            *error = "cannot write " + path + ": disk full";
-            return false;
-        }
-        contents[path] = text;
-        return true;
-    }
-};
-
 TEST(RegistryFileWrites, GoWholeThroughTheAtomicWriteAndAFailureLeavesTheOldFile) {
-    MemoryFiles files;
+    ads::testing::FakeFiles files;
     const std::string old = "REGEDIT4\r\n[HKEY_CURRENT_USER\\X]\r\n\"N\"=\"old\"\r\n";
-    files.contents["/r.reg"] = old;
+    files.Add("/r.reg", old);
     RegistryFile file(files, "/r.reg");
     auto key = file.OpenKey(RegistryRoot::kCurrentUser, "X");
     ASSERT_TRUE(key);
@@ -363,12 +337,12 @@ TEST(RegistryFileWrites, GoWholeThroughTheAtomicWriteAndAFailureLeavesTheOldFile
     ASSERT_TRUE(key->ReadString("N", &value));
     EXPECT_TRUE(files.writes.empty());  // reading never writes
 
-    files.refuse_writes = true;
+    files.write_failure = "cannot write /r.reg: disk full";
     EXPECT_FALSE(key->WriteString("N", "new"));
     EXPECT_EQ("cannot write /r.reg: disk full", file.LastError());
     EXPECT_EQ(old, files.contents["/r.reg"]);
 
-    files.refuse_writes = false;
+    files.write_failure.clear();
     EXPECT_TRUE(key->WriteString("N", "new"));
     EXPECT_EQ((std::vector<std::string>{"/r.reg", "/r.reg"}), files.writes);
     EXPECT_EQ("REGEDIT4\r\n[HKEY_CURRENT_USER\\X]\r\n\"N\"=\"new\"\r\n", files.contents["/r.reg"]);

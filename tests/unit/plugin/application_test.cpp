@@ -9,70 +9,21 @@
 #include <vector>
 
 #include "plugin/application.h"
+#include "support/fake_host.h"
 #include "support/fake_platform.h"
 
 namespace ads::plugin {
 namespace {
 
+using ads::testing::FakeHost;
 using ads::testing::FakePlatform;
 
-// What the host slots of a test host saw.
-struct Recorder {
-    std::string output;
-    std::vector<AdsWord> panes;
-    std::vector<std::pair<ConfigNode*, std::string>> commits;  // node and the edited copy's ReBuild
-    int registrations = 0;
-    AdsWord register_answer = 1;
-    std::vector<std::string> registered;
-    std::vector<AdsWord> call34;
-    AdsHostServices* entry_table = nullptr;
-    bool host_throws = false;  // the pane and the dialog fail the way a broken host would
-    std::vector<std::string> traces;
-};
-Recorder* g_rec = nullptr;
+// The table the service module's entry was called with.
+AdsHostServices* g_entry_table = nullptr;
 
 void ADS_CALL FakeServiceEntry(AdsHostServices* services) {
-    g_rec->entry_table = services;
+    g_entry_table = services;
     services->service[0] = 0xBEEF;
-}
-AdsWord ADS_CALL HostCommit(ConfigNode* node, ConfigNode* edited) {
-    const char* rebuild = edited->GetAttribute("ADS_ReBuild");
-    g_rec->commits.emplace_back(node, rebuild ? rebuild : "(none)");
-    return 1;
-}
-ConfigNode* ADS_CALL HostFindSetting(ConfigNode*, const char*, const char*) { return nullptr; }
-AdsWord ADS_CALL HostRun(const char*, AdsWord, char*, int, AdsWord*) { return 0; }
-AdsWord ADS_CALL HostWrite(const char* text, AdsWord pane) {
-    if (g_rec->host_throws) throw std::runtime_error("pane is gone");
-    g_rec->output += text;
-    g_rec->panes.push_back(pane);
-    return 1;
-}
-AdsWord ADS_CALL Host23(AdsWord) { return 0; }
-AdsWord ADS_CALL HostRegister(const AdsToolchainRecord* record) {
-    ++g_rec->registrations;
-    g_rec->registered.assign(record->text, record->text + 15);
-    return g_rec->register_answer;
-}
-int ADS_CALL HostOutOfDate(const char*, ConfigNode*) { return 1; }
-int ADS_CALL HostTranslate(const char*, ConfigNode*) { return 0; }
-int ADS_CALL HostMake(const char*, ConfigNode*) { return 0; }
-AdsWord ADS_CALL Host34(AdsWord a, AdsWord b, AdsWord c, AdsWord d) {
-    g_rec->call34 = {a, b, c, d};
-    return a + b + c + d + 1000;
-}
-
-void FillHostSlots(PluginInterface* t) {
-    t->CommitNode = HostCommit;
-    t->FindSettingNode = HostFindSetting;
-    t->RunTool = HostRun;
-    t->WriteOutput = HostWrite;
-    t->HostCall23 = Host23;
-    t->RegisterToolchain = HostRegister;
-    t->IsOutOfDate = HostOutOfDate;
-    t->TranslateFile = HostTranslate;
-    t->MakeTarget = HostMake;
-    t->HostCall34 = Host34;
 }
 
 void* const kServiceHandle = reinterpret_cast<void*>(0x5000);
@@ -80,16 +31,15 @@ void* const kServiceHandle = reinterpret_cast<void*>(0x5000);
 class PluginTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        g_rec = &rec;
+        g_entry_table = nullptr;
         fake.libraries.modules["Build\\OrvMake.dll"] = kServiceHandle;
         fake.libraries.symbols["OrvMakeEntry"] = reinterpret_cast<void*>(&FakeServiceEntry);
     }
-    void TearDown() override { g_rec = nullptr; }
 
     PluginInterface* Start() {
         app = std::make_unique<Application>(fake.platform);
         PluginInterface* t = app->GetInterface();
-        FillHostSlots(t);
+        host.FillSlots(t);
         return t;
     }
 
@@ -113,7 +63,7 @@ protected:
     }
     ConfigNode* Target(const char* name) { return config::FindCurrentConfiguration(project.get(), name); }
 
-    Recorder rec;
+    FakeHost host;
     FakePlatform fake;
     std::unique_ptr<Application> app;
     std::unique_ptr<ConfigNode> project;
@@ -126,7 +76,7 @@ TEST_F(PluginTest, ConstructionLoadsTheServiceModuleAndCallsItsEntryWithTheTable
     ASSERT_EQ(1u, fake.libraries.loaded.size());
     EXPECT_EQ("Build\\OrvMake.dll", fake.libraries.loaded[0]);
     const AdsHostServices& s = app->services();
-    EXPECT_EQ(&s, rec.entry_table);
+    EXPECT_EQ(&s, g_entry_table);
     EXPECT_STREQ("ADS", s.name);
     EXPECT_EQ(reinterpret_cast<AdsWord>(kServiceHandle), s.module[0]);
     EXPECT_EQ(reinterpret_cast<AdsWord>(kServiceHandle), s.module[1]);
@@ -140,7 +90,7 @@ TEST_F(PluginTest, AMissingServiceModuleLeavesTheServiceTableZeroed) {
     AdsHostServices zero;
     std::memset(&zero, 0, sizeof zero);
     EXPECT_EQ(0, std::memcmp(&zero, &app->services(), sizeof zero));
-    EXPECT_EQ(nullptr, rec.entry_table);
+    EXPECT_EQ(nullptr, g_entry_table);
     EXPECT_TRUE(app->initialised());
     // Unloading now ends the process (see the death tests); let this one live.
     fake.libraries.free_null_succeeds = true;
@@ -173,16 +123,17 @@ TEST_F(PluginTest, UnloadFreesTheServiceModule) {
 
 TEST_F(PluginTest, GetInterfaceTwiceKeepsTheHostSlotsAndTheIdleOnes) {
     PluginInterface* t = Start();
+    const PluginInterface filled = *t;
     t->idle12 = reinterpret_cast<void*>(0x12);
     t->idle24 = reinterpret_cast<void*>(0x24);
     t->idle29 = reinterpret_cast<void*>(0x29);
     t->Attach = nullptr;  // a plug-in slot the host overwrote by mistake
     PluginInterface* again = app->GetInterface();
     EXPECT_EQ(t, again);
-    EXPECT_EQ(&HostCommit, again->CommitNode);
-    EXPECT_EQ(&HostWrite, again->WriteOutput);
-    EXPECT_EQ(&HostRegister, again->RegisterToolchain);
-    EXPECT_EQ(&Host34, again->HostCall34);
+    EXPECT_EQ(filled.CommitNode, again->CommitNode);
+    EXPECT_EQ(filled.WriteOutput, again->WriteOutput);
+    EXPECT_EQ(filled.RegisterToolchain, again->RegisterToolchain);
+    EXPECT_EQ(filled.HostCall34, again->HostCall34);
     EXPECT_EQ(reinterpret_cast<void*>(0x12), again->idle12);
     EXPECT_EQ(reinterpret_cast<void*>(0x24), again->idle24);
     EXPECT_EQ(reinterpret_cast<void*>(0x29), again->idle29);
@@ -212,7 +163,7 @@ TEST_F(PluginTest, AttachNeedsAContextAndKeepsACopyOfIt) {
     PluginInterface* t = Start();
     EXPECT_EQ(0, t->Attach(nullptr));
     EXPECT_FALSE(app->attached());
-    EXPECT_EQ(0, rec.registrations);
+    EXPECT_TRUE(host.registrations.empty());
 
     const char* const processors[] = {"RAM(1)", "Cpu(ARM720T)", nullptr};
     AdsHostDefaults defaults = {"Vendor", "Device", 0, processors, 0};
@@ -238,13 +189,14 @@ TEST_F(PluginTest, AttachRegistersTheLocatedToolchainWithFifteenTexts) {
     fake.files.files.insert("C:\\ADS\\Bin\\armasm.exe");
     AdsHostContext context{};
     EXPECT_EQ(1, t->Attach(&context));
-    ASSERT_EQ(1, rec.registrations);
-    ASSERT_EQ(15u, rec.registered.size());
-    EXPECT_EQ("ADS", rec.registered[0]);
-    EXPECT_EQ("C:\\ADS\\Bin", rec.registered[1]);
-    EXPECT_EQ("C:\\ADS\\Bin\\armasm.exe", rec.registered[2]);
-    EXPECT_EQ("C:\\ADS\\Bin\\armar.exe", rec.registered[9]);
-    for (const std::string& text : rec.registered) EXPECT_FALSE(text.empty());
+    ASSERT_EQ(1u, host.registrations.size());
+    const std::vector<std::string>& registered = host.registrations[0];
+    ASSERT_EQ(15u, registered.size());
+    EXPECT_EQ("ADS", registered[0]);
+    EXPECT_EQ("C:\\ADS\\Bin", registered[1]);
+    EXPECT_EQ("C:\\ADS\\Bin\\armasm.exe", registered[2]);
+    EXPECT_EQ("C:\\ADS\\Bin\\armar.exe", registered[9]);
+    for (const std::string& text : registered) EXPECT_FALSE(text.empty());
 }
 
 TEST_F(PluginTest, ARefusedRegistrationMakesInstallToolSaySo) {
@@ -254,22 +206,22 @@ TEST_F(PluginTest, ARefusedRegistrationMakesInstallToolSaySo) {
     fake.files.listings["C:\\ADS\\Bin"] = {{"armcc.exe", false, false}, {"zz.txt", false, false}};
     fake.files.files.insert("C:\\ADS\\Bin\\armasm.exe");
     t->InstallTool(project.get());
-    EXPECT_EQ("", rec.output);
-    rec.register_answer = 0;
+    EXPECT_EQ("", host.pane);
+    host.register_answer = 0;
     t->InstallTool(project.get());
-    EXPECT_EQ("\r\ninstall tool failed!\r\n", rec.output);
+    EXPECT_EQ("\r\ninstall tool failed!\r\n", host.pane);
 }
 
 TEST_F(PluginTest, InstallToolRemembersTheRootAndReportsAFailedSetUp) {
     MakeProject();
     PluginInterface* t = Start();
     t->InstallTool(nullptr);
-    EXPECT_EQ("", rec.output);
+    EXPECT_EQ("", host.pane);
     t->InstallTool(file);
     EXPECT_EQ(project.get(), app->project_root());
     // No tools anywhere: the registration is refused, and said so.
-    EXPECT_EQ("\r\ninstall tool failed!\r\n", rec.output);
-    EXPECT_EQ(std::vector<AdsWord>{0}, rec.panes);
+    EXPECT_EQ("\r\ninstall tool failed!\r\n", host.pane);
+    EXPECT_EQ(std::vector<AdsWord>{0}, host.panes);
 }
 
 TEST_F(PluginTest, SetCurrentTargetNeedsBothArguments) {
@@ -309,16 +261,19 @@ TEST_F(PluginTest, ShowSettingsWithoutACurrentTargetSaysSoAndOpensNothing) {
     int dialogs = 0;
     app->SetSettingsDialog([&](ConfigNode*, int) { return ++dialogs, DialogOutcome{kIdOk, true}; });
     t->InstallTool(project.get());
-    rec.output.clear();
+    host.pane.clear();
+    host.commits.clear();
     EXPECT_EQ(-1, t->ShowSettings(nullptr));
     EXPECT_EQ(0, t->ShowSettings(project.get()));
-    EXPECT_EQ("\r\nplease setting the current target!\r\n", rec.output);
+    EXPECT_EQ("\r\nplease setting the current target!\r\n", host.pane);
+    EXPECT_TRUE(host.commits.empty());
     t->SetCurrentTarget(1, "Missing");
-    rec.output.clear();
+    host.pane.clear();
+    host.commits.clear();  // the walk of the target change stores the files' tools
     EXPECT_EQ(0, t->ShowSettings(file));
-    EXPECT_EQ("\r\nplease setting the current target!\r\n", rec.output);
+    EXPECT_EQ("\r\nplease setting the current target!\r\n", host.pane);
     EXPECT_EQ(0, dialogs);
-    EXPECT_TRUE(rec.commits.empty());
+    EXPECT_TRUE(host.commits.empty());
 }
 
 TEST_F(PluginTest, ShowSettingsClassifiesTheNodeForTheDialog) {
@@ -358,8 +313,9 @@ TEST_F(PluginTest, ShowSettingsCancelledChangesNothing) {
     PluginInterface* t = Start();
     t->InstallTool(project.get());
     t->SetCurrentTarget(1, "Debug");
+    host.commits.clear();
     EXPECT_EQ(kIdCancel, t->ShowSettings(project.get()));
-    EXPECT_TRUE(rec.commits.empty());
+    EXPECT_TRUE(host.commits.empty());
     EXPECT_EQ(nullptr, Target("Debug")->GetAttribute("ADS_ReBuild"));
 }
 
@@ -369,19 +325,23 @@ TEST_F(PluginTest, AChangedSettingAsksTheNextBuildToRebuildThroughACommit) {
     t->InstallTool(project.get());
     t->SetCurrentTarget(1, "Release");
     app->SetSettingsDialog([](ConfigNode*, int) { return DialogOutcome{kIdOk, true}; });
-    EXPECT_EQ(kIdOk, t->ShowSettings(file));
-    ASSERT_EQ(1u, rec.commits.size());
-    EXPECT_EQ(Target("Release"), rec.commits[0].first);
-    EXPECT_EQ("1", rec.commits[0].second);
     // The node itself is the host's: only the commit may change it.
-    EXPECT_EQ(nullptr, Target("Release")->GetAttribute("ADS_ReBuild"));
+    host.Watch(project.get());
+    host.commits.clear();
+    EXPECT_EQ(kIdOk, t->ShowSettings(file));
+    host.CheckUntouched();
+    ASSERT_EQ(1u, host.commits.size());
+    EXPECT_EQ(Target("Release"), host.commits[0].node);
+    EXPECT_STREQ("1", Target("Release")->GetAttribute("ADS_ReBuild"));
 }
 
+bool g_dialog_gone = false;
+std::vector<std::string> g_traces;
 int ADS_CALL UiRunSettings(void*, const AdsSettingsDialog*) {
-    if (g_rec->host_throws) throw std::runtime_error("dialog is gone");
+    if (g_dialog_gone) throw std::runtime_error("dialog is gone");
     return kIdOk;
 }
-void ADS_CALL UiTrace(void*, const char* text) { g_rec->traces.emplace_back(text); }
+void ADS_CALL UiTrace(void*, const char* text) { g_traces.emplace_back(text); }
 
 TEST_F(PluginTest, ASlotWhoseWorkThrowsTracesItAndAnswersItsFailureValue) {
     const AdsHostUi ui = {nullptr, UiRunSettings, nullptr, UiTrace};
@@ -407,20 +367,21 @@ TEST_F(PluginTest, ASlotWhoseWorkThrowsTracesItAndAnswersItsFailureValue) {
         ASSERT_EQ(1, t->Attach(&context));
         t->InstallTool(project.get());
         t->SetCurrentTarget(1, "Debug");
-        rec.traces.clear();
-        rec.host_throws = true;
+        g_traces.clear();
+        host.pane_gone = g_dialog_gone = true;
         EXPECT_EQ(row.failure, row.call(t)) << row.trace;
-        EXPECT_EQ(std::vector<std::string>{row.trace}, rec.traces);
-        rec.host_throws = false;
+        EXPECT_EQ(std::vector<std::string>{row.trace}, g_traces);
+        host.pane_gone = g_dialog_gone = false;
     }
 }
 
 #ifndef _WIN32
 TEST_F(PluginTest, WithoutAUiTableTheTraceGoesToStandardError) {
     PluginInterface* t = Start();
-    rec.host_throws = true;
+    host.pane_gone = true;
     ::testing::internal::CaptureStderr();
     t->ParseOutput("x\n", 2);
+    host.pane_gone = false;
     EXPECT_EQ("ads_plugin: slot 37 ParseOutput: pane is gone\n", ::testing::internal::GetCapturedStderr());
 }
 #endif
@@ -430,13 +391,14 @@ TEST_F(PluginTest, ReservedSlotsDoNothing) {
     t->Reserved11();
     EXPECT_EQ(0, t->Reserved22(1, 2, 3));
     EXPECT_EQ(0, t->Reserved35());
-    EXPECT_EQ("", rec.output);
+    EXPECT_EQ("", host.pane);
 }
 
 TEST_F(PluginTest, Slot7ForwardsItsArgumentsToHostSlot34) {
     PluginInterface* t = Start();
-    EXPECT_EQ(1000u + 1 + 2 + 3 + 4, t->HostCall34Forward(1, 2, 3, 4));
-    EXPECT_EQ((std::vector<AdsWord>{1, 2, 3, 4}), rec.call34);
+    host.call34_answer = 1010;
+    EXPECT_EQ(1010u, t->HostCall34Forward(1, 2, 3, 4));
+    EXPECT_EQ((std::vector<AdsWord>{1, 2, 3, 4}), host.call34);
 }
 
 TEST_F(PluginTest, NullArgumentsReturnAtOnce) {
@@ -450,8 +412,8 @@ TEST_F(PluginTest, NullArgumentsReturnAtOnce) {
     t->ParseOutput(nullptr, 5);
     t->Clean();
     EXPECT_EQ(0, t->BuildTarget(0));
-    EXPECT_EQ("", rec.output);
-    EXPECT_TRUE(rec.commits.empty());
+    EXPECT_EQ("", host.pane);
+    EXPECT_TRUE(host.commits.empty());
 }
 
 TEST_F(PluginTest, FileBuildTextFollowsItsArgumentRules) {
@@ -476,9 +438,9 @@ TEST_F(PluginTest, ParseOutputWritesWhatTheParserReturnsToTheBuildPane) {
     const char text[] = "Error: L6218E: Undefined symbol x (referred from a.o).\n"
                         "Finished: 0 information, 2 warning and 1 error messages.\n";
     t->ParseOutput(text, static_cast<int>(sizeof text - 1));
-    EXPECT_EQ("Error: L6218E: Undefined symbol x (referred from a.o).\n", rec.output);
-    ASSERT_FALSE(rec.panes.empty());
-    EXPECT_EQ(0u, rec.panes.back());
+    EXPECT_EQ("Error: L6218E: Undefined symbol x (referred from a.o).\n", host.pane);
+    ASSERT_FALSE(host.panes.empty());
+    EXPECT_EQ(0u, host.panes.back());
     EXPECT_EQ(1, app->parser().errors());
     EXPECT_EQ(2, app->parser().warnings());
 }
@@ -504,8 +466,6 @@ void UnloadWith(bool module_loads) {
     if (module_loads) libraries.modules["Build\\OrvMake.dll"] = kServiceHandle;
     libraries.symbols["OrvMakeEntry"] = reinterpret_cast<void*>(&FakeServiceEntry);
     libraries.free_succeeds = false;
-    Recorder r;
-    g_rec = &r;
     platform::Platform real = platform::System();
     real.libraries = &libraries;
     { Application doomed(real); }

@@ -10,41 +10,15 @@
 
 #include "config/defaults.h"
 #include "plugin/application.h"
-#include "plugin_host.h"
+#include "support/fake_host.h"
 #include "support/fake_platform.h"
 
 namespace ads::plugin {
 namespace {
 
+using ads::testing::FakeHost;
 using ads::testing::FakePlatform;
 using Attributes = std::vector<std::pair<std::string, std::string>>;
-
-// The host's slots as orvhost fills them, with a switch that makes the
-// commit do nothing (to prove the plug-in never edits the node itself).
-struct Host {
-    int commits = 0;
-    bool apply = true;
-    std::vector<std::string> settings_asked;
-};
-Host* g_host = nullptr;
-
-AdsWord ADS_CALL Commit(ConfigNode* node, ConfigNode* edited) {
-    ++g_host->commits;
-    if (g_host->apply) ads::host::CommitEdit(node, *edited);
-    return 1;
-}
-ConfigNode* ADS_CALL FindSetting(ConfigNode* node, const char* key, const char* flag) {
-    g_host->settings_asked.push_back(std::string(key) + "/" + flag);
-    return ads::host::PluginHost::FindSettingNode(node, key, flag);
-}
-AdsWord ADS_CALL RunNothing(const char*, AdsWord, char*, int, AdsWord*) { return 0; }
-AdsWord ADS_CALL Write(const char*, AdsWord) { return 1; }
-AdsWord ADS_CALL Call23(AdsWord) { return 0; }
-AdsWord ADS_CALL Register(const AdsToolchainRecord*) { return 1; }
-int ADS_CALL OutOfDate(const char*, ConfigNode*) { return 1; }
-int ADS_CALL Translate(const char*, ConfigNode*) { return 0; }
-int ADS_CALL Make(const char*, ConfigNode*) { return 0; }
-AdsWord ADS_CALL Call34(AdsWord, AdsWord, AdsWord, AdsWord) { return 0; }
 
 Attributes AttributesOf(const ConfigNode& node) {
     Attributes out;
@@ -83,20 +57,10 @@ Attributes NewTargetDefaults(const std::string& simclk) {
 class InstallToolTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        g_host = &host;
         fake.libraries.free_null_succeeds = true;  // no service module here
         app = std::make_unique<Application>(fake.platform);
         table = app->GetInterface();
-        table->CommitNode = Commit;
-        table->FindSettingNode = FindSetting;
-        table->RunTool = RunNothing;
-        table->WriteOutput = Write;
-        table->HostCall23 = Call23;
-        table->RegisterToolchain = Register;
-        table->IsOutOfDate = OutOfDate;
-        table->TranslateFile = Translate;
-        table->MakeTarget = Make;
-        table->HostCall34 = Call34;
+        host.FillSlots(table);
 
         project = std::make_unique<ConfigNode>("OrvaneProject");
         configurations = new ConfigNode("Configurations");
@@ -104,10 +68,7 @@ protected:
         files = new ConfigNode("Files");
         project->AppendChild(files);
     }
-    void TearDown() override {
-        app.reset();
-        g_host = nullptr;
-    }
+    void TearDown() override { app.reset(); }
 
     ConfigNode* AddTarget(const char* name) {
         auto* c = new ConfigNode("Configuration");
@@ -128,7 +89,7 @@ protected:
         ASSERT_EQ(1, table->Attach(&context));
     }
 
-    Host host;
+    FakeHost host;
     FakePlatform fake;
     std::unique_ptr<Application> app;
     PluginInterface* table = nullptr;
@@ -144,7 +105,7 @@ TEST_F(InstallToolTest, ANewTargetGetsEveryDefaultByteForByteInOrder) {
     Attributes expected{{"Name", "Debug"}};
     for (auto& kv : NewTargetDefaults("12.000000")) expected.push_back(kv);
     EXPECT_EQ(expected, AttributesOf(*debug));
-    EXPECT_EQ(1, host.commits);
+    EXPECT_EQ(1u, host.commits.size());
 }
 
 TEST_F(InstallToolTest, NewTargetCompilerSwitchesKeepTheirLeadingBlank) {
@@ -193,16 +154,16 @@ TEST_F(InstallToolTest, AnExistingTargetIsResetInPlaceAndKeepsItsOtherKeys) {
 }
 
 TEST_F(InstallToolTest, DefaultsReachTheNodeOnlyThroughTheCommit) {
-    host.apply = false;
     ConfigNode* t = AddTarget("Debug");
     ConfigNode* f = AddFile("main.c", 1);
+    host.Watch(project.get());
     table->InstallTool(t);
     table->InstallTool(f);
+    host.CheckUntouched();
     // The target's defaults, the file's kind and object, and the file's tool
-    // entries: all commits, none applied by this host.
-    EXPECT_GE(host.commits, 3);
-    EXPECT_EQ((Attributes{{"Name", "Debug"}}), AttributesOf(*t));
-    EXPECT_EQ((Attributes{{"RelativePath", "main.c"}, {"FileType", "1"}}), AttributesOf(*f));
+    // entries: all commits.
+    EXPECT_GE(host.commits.size(), 3u);
+    EXPECT_STREQ("main.o", f->GetAttribute("Output"));
 }
 
 TEST_F(InstallToolTest, ANewFileGetsItsKindObjectNameAndSettingsNode) {
@@ -243,7 +204,7 @@ TEST_F(InstallToolTest, FilesThatAreNoSourcesAreLeftAlone) {
     ConfigNode* nameless = AddFile(nullptr, 1);
     table->InstallTool(header);
     table->InstallTool(nameless);
-    EXPECT_EQ(0, host.commits);
+    EXPECT_TRUE(host.commits.empty());
     EXPECT_EQ(nullptr, header->GetAttribute("Output"));
     EXPECT_EQ(nullptr, nameless->GetAttribute("Output"));
     EXPECT_EQ(nullptr, header->FirstChild());
@@ -270,7 +231,7 @@ TEST_F(InstallToolTest, TheCurrentTargetsFileMappingClassifiesNewFiles) {
 TEST_F(InstallToolTest, OtherNodesGetNoDefaults) {
     table->InstallTool(project.get());
     table->InstallTool(files);
-    EXPECT_EQ(0, host.commits);
+    EXPECT_TRUE(host.commits.empty());
     EXPECT_EQ(0u, project->AttributeCount());
 }
 
