@@ -149,6 +149,16 @@ int ReadLanguage(const std::string& value, bool c_language, const NoteSink& note
 }
 
 // "-W=ab+gl": letters before the '+' turn warnings off, letters after it on.
+// The position of the check box that stands for a letter of a " -W" or
+// " -E" list; -1 for a letter the page does not know.
+template <size_t N>
+int LetterPosition(const opt::OptionRow (&rows)[N], char letter) {
+    for (const opt::OptionRow& row : rows) {
+        if (row.letter != 0 && row.letter == letter) return row.position;
+    }
+    return -1;
+}
+
 void ReadWarningLetters(const std::string& value, opt::CompilerSettings& s, const NoteSink& notes) {
     std::string letters = Trimmed(value);
     if (letters.compare(0, 2, "-W") == 0) letters.erase(0, 2);
@@ -158,10 +168,7 @@ void ReadWarningLetters(const std::string& value, opt::CompilerSettings& s, cons
             enabling = true;
             continue;
         }
-        int position = -1;
-        for (int i = 2; i < 16; ++i) {
-            if (opt::kWarningRows[i].letter == c) position = i;
-        }
+        const int position = LetterPosition(opt::kWarningRows, c);
         if (position < 0) {
             notes.Add(std::string("warning letter '") + c + "' is not known; left out");
             continue;
@@ -174,10 +181,7 @@ void ReadErrorLetters(const std::string& value, opt::CompilerSettings& s, const 
     std::string letters = Trimmed(value);
     if (letters.compare(0, 2, "-E") == 0) letters.erase(0, 2);
     for (char c : letters) {
-        int position = -1;
-        for (int i = 0; i < 7; ++i) {
-            if (opt::kErrorRows[i].letter == c) position = i;
-        }
+        const int position = LetterPosition(opt::kErrorRows, c);
         if (position < 0) {
             notes.Add(std::string("error letter '") + c + "' is not known; left out");
             continue;
@@ -259,18 +263,18 @@ std::string TranslateCompiler(const PanelRecord& r, bool c_language, const NoteS
     s.target[opt::kTarLanguage] = ReadLanguage(row(cc_row::kLanguage), c_language, notes);
 
     // ATPCS, in the page's order: interwork, swst, ropi, rwpi
-    s.atpcs[0] = ReadQualifier(row(cc_row::kInterwork), "/interwork", "/inter", "/nointerwork", "/nointer", notes);
+    s.atpcs[opt::kAtpcsInterwork] = ReadQualifier(row(cc_row::kInterwork), "/interwork", "/inter", "/nointerwork", "/nointer", notes);
     if (Trimmed(row(cc_row::kSwst)) == "/swstna") {
         notes.Add("ATPCS qualifier /swstna is an assembler one; the compiler checks no stack");
-        s.atpcs[1] = 0;
+        s.atpcs[opt::kAtpcsSwst] = 0;
     } else {
-        s.atpcs[1] = ReadQualifier(row(cc_row::kSwst), "/swst", "/swst", "/noswst", "/noswst", notes);
+        s.atpcs[opt::kAtpcsSwst] = ReadQualifier(row(cc_row::kSwst), "/swst", "/swst", "/noswst", "/noswst", notes);
     }
-    s.atpcs[2] = ReadQualifier(row(cc_row::kRopi), "/ropi", "/ropi", "/noropi", "/noropi", notes);
-    s.atpcs[3] = ReadQualifier(row(cc_row::kRwpi), "/rwpi", "/rwpi", "/norwpi", "/norwpi", notes);
+    s.atpcs[opt::kAtpcsRopi] = ReadQualifier(row(cc_row::kRopi), "/ropi", "/ropi", "/noropi", "/noropi", notes);
+    s.atpcs[opt::kAtpcsRwpi] = ReadQualifier(row(cc_row::kRwpi), "/rwpi", "/rwpi", "/norwpi", "/norwpi", notes);
 
     // Warnings and errors start from the pages' defaults.
-    for (int i = 0; i < 16; ++i) s.warnings[static_cast<size_t>(i)] = opt::kWarningRows[i].on_by_default ? 1 : 0;
+    for (const opt::OptionRow& r : opt::kWarningRows) s.warnings[static_cast<size_t>(r.position)] = r.on_by_default ? 1 : 0;
     s.errors.fill(1);
     s.debug_opt = {0, 1, 0, 0, 0};
     s.code_gen.fill(0);
@@ -290,7 +294,9 @@ std::string TranslateCompiler(const PanelRecord& r, bool c_language, const NoteS
     }
     // Strict ANSI C on a C++ compiler writes " -W+p", which turns on the
     // non-ANSI header warning as the page reads it.
-    if (!c_language && s.target[opt::kTarLanguage] == 1 && s.warnings[opt::kWarnNone] == 0) s.warnings[6] = 1;
+    if (!c_language && s.target[opt::kTarLanguage] == 1 && s.warnings[opt::kWarnNone] == 0) {
+        s.warnings[static_cast<size_t>(LetterPosition(opt::kWarningRows, 'p'))] = 1;
+    }
     ReadErrorLetters(row(cc_row::kErrorLetters), s, notes);
 
     // Debug/Opt. The debug row defaults to "1" when the panel lacks it, so
