@@ -81,10 +81,10 @@ public:
     // has a chance to write anything.
     void Open(const Request& a) {
         s.Open(a.project);
-        ConfigNode* configs = s.root_->FindChild("Configurations");
+        ConfigNode* configs = s.root_->FindChild(config::kConfigurationsNode);
         for (ConfigNode* c = configs ? configs->FirstChild() : nullptr; c; c = c->NextSibling()) {
-            const char* name = c->GetAttribute("Name");
-            if (c->Name() != "Configuration" || name == nullptr) continue;
+            const char* name = c->GetAttribute(config::kNameKey);
+            if (c->Name() != config::kConfigurationNode || name == nullptr) continue;
             if (!a.have_target || a.target == name) {
                 target_node_ = c;
                 target_ = name;
@@ -104,7 +104,7 @@ public:
         const std::string full = Comparable(fs.FullPath(given));
         ConfigNode* by_path = nullptr;
         for (ConfigNode* file : TargetFiles(s.root_.get())) {
-            const std::string stored = file->GetAttribute("RelativePath");
+            const std::string stored = file->GetAttribute(config::kRelativePathKey);
             if (Comparable(stored) == as_given) return file;
             if (by_path == nullptr && Comparable(fs.FullPath(SourcePath(stored))) == full) by_path = file;
         }
@@ -149,7 +149,7 @@ public:
 
     bool RebuildRequested() const {
         int32_t rebuild = 0;
-        target_node_->GetAttributeInt("ADS_ReBuild", &rebuild);
+        target_node_->GetAttributeInt(config::kRebuildKey, &rebuild);
         return rebuild != 0;
     }
 
@@ -225,15 +225,15 @@ int CommandExportCompileCommands(const Arguments& args, platform::Platform& plat
     std::vector<ConfigNode*> sources;
     for (ConfigNode* file : TargetFiles(b.s.root_.get())) {
         int32_t type = 0;
-        file->GetAttributeInt("FileType", &type);
-        if (type == 1 || type == 3) sources.push_back(file);
+        file->GetAttributeInt(config::kFileTypeKey, &type);
+        if (type == config::kKindC || type == config::kKindCpp) sources.push_back(file);
     }
     const bool progress = ShowProgress();
     bool failed = false;
     std::vector<CompileCommand> commands;
     for (size_t i = 0; i < sources.size(); ++i) {
         ConfigNode* file = sources[i];
-        const std::string relative = file->GetAttribute("RelativePath");
+        const std::string relative = file->GetAttribute(config::kRelativePathKey);
         if (progress) {
             std::printf("[%s/%s] %s\n", std::to_string(i + 1).c_str(), std::to_string(sources.size()).c_str(),
                         relative.c_str());
@@ -246,7 +246,7 @@ int CommandExportCompileCommands(const Arguments& args, platform::Platform& plat
             continue;
         }
         int32_t type = 0;
-        file->GetAttributeInt("FileType", &type);
+        file->GetAttributeInt(config::kFileTypeKey, &type);
         CompileCommand c;
         c.directory = b.s.project_dir_;
         c.file = b.SourcePath(relative);
@@ -255,7 +255,7 @@ int CommandExportCompileCommands(const Arguments& args, platform::Platform& plat
                 if (ch == '\\') ch = '/';
             }
         }
-        c.arguments = ClangdArguments(command, type == 1 ? SourceLanguage::kC : SourceLanguage::kCpp, c.file, style);
+        c.arguments = ClangdArguments(command, type == config::kKindC ? SourceLanguage::kC : SourceLanguage::kCpp, c.file, style);
         commands.push_back(std::move(c));
     }
 

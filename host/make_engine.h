@@ -1,7 +1,7 @@
 // orvhost's make engine: what the host does behind its slots MakeTarget,
 // TranslateFile and IsOutOfDate.
 //
-// A target's files are the "File" nodes with a "FileType" of 1, 2 or 3 and a
+// A target's files are the "File" nodes of a C, assembler or C++ kind with a
 // "RelativePath", in the order of the tree. A file is translated when its
 // object (".\<target>\<Output>" under the project folder) is missing, when
 // its source or one of its dependencies is newer than the object, when a
