@@ -21,14 +21,6 @@ constexpr int kMaxJobs = 1024;
 // "[n/N]" lines are for a person watching, not for a log.
 bool ShowProgress() { return platform::StandardOutputIsTerminal(); }
 
-// A path for comparing: one kind of separator, one case.
-std::string Comparable(std::string path) {
-    for (char& c : path) {
-        if (c == '/') c = '\\';
-    }
-    return Lower(path);
-}
-
 // What the build commands take from their arguments.
 struct Request {
     std::string project;
@@ -100,13 +92,13 @@ public:
     // The file named as the user gave it, or as the project stores it.
     ConfigNode* FindFile(const std::string& given) {
         platform::FileSystem& fs = *s.platform_.files;
-        const std::string as_given = Comparable(given);
-        const std::string full = Comparable(fs.FullPath(given));
+        const std::string as_given = ComparablePath(given);
+        const std::string full = ComparablePath(fs.FullPath(given));
         ConfigNode* by_path = nullptr;
         for (ConfigNode* file : TargetFiles(s.root_.get())) {
             const std::string stored = file->GetAttribute(config::kRelativePathKey);
-            if (Comparable(stored) == as_given) return file;
-            if (by_path == nullptr && Comparable(fs.FullPath(SourcePath(stored))) == full) by_path = file;
+            if (ComparablePath(stored) == as_given) return file;
+            if (by_path == nullptr && ComparablePath(fs.FullPath(SourcePath(stored))) == full) by_path = file;
         }
         if (by_path == nullptr) Fail(s.path_ + ": no source file '" + given + "' in the project");
         return by_path;
@@ -255,7 +247,8 @@ int CommandExportCompileCommands(const Arguments& args, platform::Platform& plat
                 if (ch == '\\') ch = '/';
             }
         }
-        c.arguments = ClangdArguments(command, type == config::kKindC ? SourceLanguage::kC : SourceLanguage::kCpp, c.file, style);
+        const SourceLanguage language = type == config::kKindC ? SourceLanguage::kC : SourceLanguage::kCpp;
+        c.arguments = ClangdArguments(command, language, c.file, style);
         commands.push_back(std::move(c));
     }
 

@@ -47,7 +47,7 @@ std::vector<std::string> PathParts(const std::string& path) {
 
 bool SamePart(const std::string& a, const std::string& b) {
 #ifdef _WIN32
-    return Lower(a) == Lower(b);
+    return platform::EqualsIgnoringCase(a, b);
 #else
     return a == b;
 #endif
@@ -75,7 +75,8 @@ int RebaseFilePaths(ConfigNode* root, const std::string& export_dir, const std::
     int changed = 0;
     WalkTree(root, [&](ConfigNode* n) {
         const char* path = n->GetAttribute(config::kRelativePathKey);
-        if (n->Name() != config::kFileNode || path == nullptr || platform::IsAbsolutePath(path) || path[0] == '\\') return false;
+        if (n->Name() != config::kFileNode || path == nullptr) return false;
+        if (platform::IsAbsolutePath(path) || path[0] == '\\') return false;
         const std::string moved = RelativeTo(project_dir, fs.FullPath(export_dir + "\\" + path));
         n->SetAttribute(config::kRelativePathKey, moved.c_str());
         ++changed;
@@ -104,10 +105,7 @@ int CommandImport(const Arguments& args, platform::Platform& platform) {
     s.full_path_ = fs.FullPath(project);
     s.project_dir_ = DirectoryOf(s.full_path_);
     if (!s.project_dir_.empty() && !fs.IsDirectory(s.project_dir_)) Fail(project + ": its folder does not exist");
-    s.root_ = std::make_unique<ConfigNode>(config::kProjectNode);
-    s.root_->SetAttribute(config::kNameKey, BaseName(project).c_str());
-    s.root_->AppendChild(new ConfigNode(config::kConfigurationsNode));
-    s.root_->AppendChild(new ConfigNode(config::kFilesNode));
+    s.root_ = NewProjectTree(platform::StemOf(project));
 
     // What the plug-in writes while it loads goes nowhere; what it writes
     // while it imports is shown.

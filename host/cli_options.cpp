@@ -14,7 +14,7 @@ namespace {
 const char* const kTools[] = {"armasm", "armcc", "armcpp", "tcc", "tcpp"};
 
 ConfigNode* FindFile(ConfigNode* root, const std::string& path) {
-    std::string wanted = Lower(ToBackslashes(path));
+    std::string wanted = ComparablePath(path);
     while (wanted.rfind(".\\", 0) == 0) wanted.erase(0, 2);
     ConfigNode* found = nullptr;
     WalkTree(root, [&](ConfigNode* n) {
@@ -38,7 +38,7 @@ int CommandOptions(const Arguments& args, platform::Platform& platform) {
     Session s(platform);
     s.Open(project);
     if (args.Has("--target")) {
-        if (s.FindTarget(target) == nullptr) Fail(project + ": no target named '" + target + "'");
+        if (FindConfiguration(s.root_.get(), target) == nullptr) Fail(project + ": no target named '" + target + "'");
     } else {
         ConfigNode* configs = s.root_->FindChild(config::kConfigurationsNode);
         ConfigNode* first = configs ? configs->FirstChild() : nullptr;

@@ -19,13 +19,10 @@ void PrintAttributes(const ConfigNode& node, const char* indent) {
 int CommandNew(const Arguments& args, platform::Platform& platform) {
     const std::string& path = args[0];
     if (platform.files->PathExists(path)) Fail(path + ": already exists; not overwritten");
-    auto root = std::make_unique<ConfigNode>(config::kProjectNode);
-    root->SetAttribute(config::kNameKey, BaseName(path).c_str());
-    root->AppendChild(new ConfigNode(config::kConfigurationsNode));
-    root->AppendChild(new ConfigNode(config::kFilesNode));
+    const std::unique_ptr<ConfigNode> root = NewProjectTree(platform::StemOf(path));
     std::string error;
     if (!SaveProject(*platform.files, path, *root, &error)) Fail(error);
-    std::printf("created project '%s' in %s\n", BaseName(path).c_str(), path.c_str());
+    std::printf("created project '%s' in %s\n", platform::StemOf(path).c_str(), path.c_str());
     return 0;
 }
 
@@ -34,7 +31,7 @@ int CommandAddTarget(const Arguments& args, platform::Platform& platform) {
     s.Open(args[0]);
     const std::string& name = args[1];
     if (name.empty()) Fail(args[0] + ": a target needs a name");
-    if (s.FindTarget(name) != nullptr) Fail(args[0] + ": target '" + name + "' exists already");
+    if (FindConfiguration(s.root_.get(), name) != nullptr) Fail(args[0] + ": target '" + name + "' exists already");
     s.LoadPlugin(false);
     auto* target = new ConfigNode(config::kConfigurationNode);
     target->SetAttribute(config::kNameKey, name.c_str());
@@ -58,7 +55,7 @@ int CommandAddFile(const Arguments& args, platform::Platform& platform) {
     // Stored relative to the project's folder when it lies below it, in the
     // Windows form the tools get.
     std::string full = fs.FullPath(file);
-    std::string base = fs.FullPath(DirectoryOf(fs.FullPath(project)).empty() ? "." : DirectoryOf(fs.FullPath(project)));
+    const std::string base = fs.FullPath(s.project_dir_.empty() ? "." : s.project_dir_);
     std::string relative = full;
     if (full.size() > base.size() + 1 && full.compare(0, base.size(), base) == 0 &&
         (full[base.size()] == '/' || full[base.size()] == '\\')) {
@@ -69,7 +66,9 @@ int CommandAddFile(const Arguments& args, platform::Platform& platform) {
     bool duplicate = false;
     WalkTree(s.root_.get(), [&](ConfigNode* n) {
         const char* p = n->GetAttribute(config::kRelativePathKey);
-        if (n->Name() == config::kFileNode && p != nullptr && Lower(p) == Lower(relative)) duplicate = true;
+        if (n->Name() == config::kFileNode && p != nullptr && platform::EqualsIgnoringCase(p, relative)) {
+            duplicate = true;
+        }
         return false;
     });
     if (duplicate) Fail(project + ": '" + relative + "' is in the project already");
@@ -111,7 +110,9 @@ int CommandShow(const Arguments& args, platform::Platform& platform) {
     const bool have_target = args.Has("--target");
     Session s(platform);
     s.Open(project);
-    if (have_target && s.FindTarget(target) == nullptr) Fail(project + ": no target named '" + target + "'");
+    if (have_target && FindConfiguration(s.root_.get(), target) == nullptr) {
+        Fail(project + ": no target named '" + target + "'");
+    }
 
     const char* name = s.root_->GetAttribute(config::kNameKey);
     std::printf("project '%s' (%s)\n", name ? Printable(name).c_str() : "", project.c_str());

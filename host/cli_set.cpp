@@ -16,7 +16,7 @@ int CommandSet(const Arguments& args, platform::Platform& platform) {
     if (key.empty() || key == config::kNameKey) Fail(project + ": '" + key + "' cannot be set this way");
     Session s(platform);
     s.Open(project);
-    ConfigNode* configuration = s.FindTarget(target);
+    ConfigNode* configuration = FindConfiguration(s.root_.get(), target);
     if (configuration == nullptr) Fail(project + ": no target named '" + target + "'");
     configuration->SetAttribute(key.c_str(), value.c_str());
     if (key != config::kRebuildKey) configuration->SetAttributeInt(config::kRebuildKey, 1);

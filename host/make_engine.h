@@ -34,6 +34,10 @@ constexpr size_t kCommandOutputLimit = size_t{16} << 20;
 // The files of a target in tree order, found without recursion.
 std::vector<ConfigNode*> TargetFiles(ConfigNode* root);
 
+// The target (a "Configuration" node) of that name, null when the project
+// has none.
+ConfigNode* FindConfiguration(ConfigNode* project, const std::string& target);
+
 // The command the plug-in gives for a node (slot 36), copied at once; empty
 // when it gives none.
 std::string AskCommand(PluginInterface* plugin, ConfigNode* project, ConfigNode* node);
