@@ -139,6 +139,15 @@ public:
         return status;
     }
 
+    // After a build or compile entry of the plug-in, which answered
+    // `handled`: failed when it handled nothing or anything went wrong. Its
+    // summary line has no line end of its own.
+    int FinishBuild(int handled) {
+        const bool errors = handled == 0 || engine_->failed() || reported_errors_ > 0;
+        std::fputs("\n", stdout);
+        return Finish(errors ? 1 : 0);
+    }
+
     bool RebuildRequested() const {
         int32_t rebuild = 0;
         target_node_->GetAttributeInt(config::kRebuildKey, &rebuild);
@@ -171,11 +180,7 @@ int CommandBuild(const Arguments& args, platform::Platform& platform) {
             std::fflush(stdout);
         });
     }
-    const int built = b.plugin()->BuildTarget(0);
-    const bool errors = built == 0 || b.engine_->failed() || b.reported_errors_ > 0;
-    // The summary line has no line end of its own.
-    std::fputs("\n", stdout);
-    return b.Finish(errors ? 1 : 0);
+    return b.FinishBuild(b.plugin()->BuildTarget(0));
 }
 
 int CommandCompile(const Arguments& args, platform::Platform& platform) {
@@ -186,10 +191,7 @@ int CommandCompile(const Arguments& args, platform::Platform& platform) {
     const bool rebuild = b.RebuildRequested();
     b.LoadPlugin();
     b.engine_->SetRebuild(rebuild);
-    const int handled = b.plugin()->CompileFile(file);
-    const bool errors = handled == 0 || b.engine_->failed() || b.reported_errors_ > 0;
-    std::fputs("\n", stdout);
-    return b.Finish(errors ? 1 : 0);
+    return b.FinishBuild(b.plugin()->CompileFile(file));
 }
 
 int CommandClean(const Arguments& args, platform::Platform& platform) {
