@@ -21,14 +21,6 @@ constexpr int kMaxJobs = 1024;
 // "[n/N]" lines are for a person watching, not for a log.
 bool ShowProgress() { return platform::StandardOutputIsTerminal(); }
 
-// A path for comparing: one kind of separator, one case.
-std::string Comparable(std::string path) {
-    for (char& c : path) {
-        if (c == '/') c = '\\';
-    }
-    return Lower(path);
-}
-
 // What the build commands take from their arguments.
 struct Request {
     std::string project;
@@ -81,10 +73,10 @@ public:
     // has a chance to write anything.
     void Open(const Request& a) {
         s.Open(a.project);
-        ConfigNode* configs = s.root_->FindChild("Configurations");
+        ConfigNode* configs = s.root_->FindChild(config::kConfigurationsNode);
         for (ConfigNode* c = configs ? configs->FirstChild() : nullptr; c; c = c->NextSibling()) {
-            const char* name = c->GetAttribute("Name");
-            if (c->Name() != "Configuration" || name == nullptr) continue;
+            const char* name = c->GetAttribute(config::kNameKey);
+            if (c->Name() != config::kConfigurationNode || name == nullptr) continue;
             if (!a.have_target || a.target == name) {
                 target_node_ = c;
                 target_ = name;
@@ -100,13 +92,13 @@ public:
     // The file named as the user gave it, or as the project stores it.
     ConfigNode* FindFile(const std::string& given) {
         platform::FileSystem& fs = *s.platform_.files;
-        const std::string as_given = Comparable(given);
-        const std::string full = Comparable(fs.FullPath(given));
+        const std::string as_given = ComparablePath(given);
+        const std::string full = ComparablePath(fs.FullPath(given));
         ConfigNode* by_path = nullptr;
         for (ConfigNode* file : TargetFiles(s.root_.get())) {
-            const std::string stored = file->GetAttribute("RelativePath");
-            if (Comparable(stored) == as_given) return file;
-            if (by_path == nullptr && Comparable(fs.FullPath(SourcePath(stored))) == full) by_path = file;
+            const std::string stored = file->GetAttribute(config::kRelativePathKey);
+            if (ComparablePath(stored) == as_given) return file;
+            if (by_path == nullptr && ComparablePath(fs.FullPath(SourcePath(stored))) == full) by_path = file;
         }
         if (by_path == nullptr) Fail(s.path_ + ": no source file '" + given + "' in the project");
         return by_path;
@@ -147,9 +139,18 @@ public:
         return status;
     }
 
+    // After a build or compile entry of the plug-in, which answered
+    // `handled`: failed when it handled nothing or anything went wrong. Its
+    // summary line has no line end of its own.
+    int FinishBuild(int handled) {
+        const bool errors = handled == 0 || engine_->failed() || reported_errors_ > 0;
+        std::fputs("\n", stdout);
+        return Finish(errors ? 1 : 0);
+    }
+
     bool RebuildRequested() const {
         int32_t rebuild = 0;
-        target_node_->GetAttributeInt("ADS_ReBuild", &rebuild);
+        target_node_->GetAttributeInt(config::kRebuildKey, &rebuild);
         return rebuild != 0;
     }
 
@@ -179,11 +180,7 @@ int CommandBuild(const Arguments& args, platform::Platform& platform) {
             std::fflush(stdout);
         });
     }
-    const int built = b.plugin()->BuildTarget(0);
-    const bool errors = built == 0 || b.engine_->failed() || b.reported_errors_ > 0;
-    // The summary line has no line end of its own.
-    std::fputs("\n", stdout);
-    return b.Finish(errors ? 1 : 0);
+    return b.FinishBuild(b.plugin()->BuildTarget(0));
 }
 
 int CommandCompile(const Arguments& args, platform::Platform& platform) {
@@ -194,10 +191,7 @@ int CommandCompile(const Arguments& args, platform::Platform& platform) {
     const bool rebuild = b.RebuildRequested();
     b.LoadPlugin();
     b.engine_->SetRebuild(rebuild);
-    const int handled = b.plugin()->CompileFile(file);
-    const bool errors = handled == 0 || b.engine_->failed() || b.reported_errors_ > 0;
-    std::fputs("\n", stdout);
-    return b.Finish(errors ? 1 : 0);
+    return b.FinishBuild(b.plugin()->CompileFile(file));
 }
 
 int CommandClean(const Arguments& args, platform::Platform& platform) {
@@ -225,15 +219,15 @@ int CommandExportCompileCommands(const Arguments& args, platform::Platform& plat
     std::vector<ConfigNode*> sources;
     for (ConfigNode* file : TargetFiles(b.s.root_.get())) {
         int32_t type = 0;
-        file->GetAttributeInt("FileType", &type);
-        if (type == 1 || type == 3) sources.push_back(file);
+        file->GetAttributeInt(config::kFileTypeKey, &type);
+        if (type == config::kKindC || type == config::kKindCpp) sources.push_back(file);
     }
     const bool progress = ShowProgress();
     bool failed = false;
     std::vector<CompileCommand> commands;
     for (size_t i = 0; i < sources.size(); ++i) {
         ConfigNode* file = sources[i];
-        const std::string relative = file->GetAttribute("RelativePath");
+        const std::string relative = file->GetAttribute(config::kRelativePathKey);
         if (progress) {
             std::printf("[%s/%s] %s\n", std::to_string(i + 1).c_str(), std::to_string(sources.size()).c_str(),
                         relative.c_str());
@@ -246,7 +240,7 @@ int CommandExportCompileCommands(const Arguments& args, platform::Platform& plat
             continue;
         }
         int32_t type = 0;
-        file->GetAttributeInt("FileType", &type);
+        file->GetAttributeInt(config::kFileTypeKey, &type);
         CompileCommand c;
         c.directory = b.s.project_dir_;
         c.file = b.SourcePath(relative);
@@ -255,7 +249,8 @@ int CommandExportCompileCommands(const Arguments& args, platform::Platform& plat
                 if (ch == '\\') ch = '/';
             }
         }
-        c.arguments = ClangdArguments(command, type == 1 ? SourceLanguage::kC : SourceLanguage::kCpp, c.file, style);
+        const SourceLanguage language = type == config::kKindC ? SourceLanguage::kC : SourceLanguage::kCpp;
+        c.arguments = ClangdArguments(command, language, c.file, style);
         commands.push_back(std::move(c));
     }
 

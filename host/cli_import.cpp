@@ -47,7 +47,7 @@ std::vector<std::string> PathParts(const std::string& path) {
 
 bool SamePart(const std::string& a, const std::string& b) {
 #ifdef _WIN32
-    return Lower(a) == Lower(b);
+    return platform::EqualsIgnoringCase(a, b);
 #else
     return a == b;
 #endif
@@ -74,10 +74,11 @@ int RebaseFilePaths(ConfigNode* root, const std::string& export_dir, const std::
                     platform::FileSystem& fs) {
     int changed = 0;
     WalkTree(root, [&](ConfigNode* n) {
-        const char* path = n->GetAttribute("RelativePath");
-        if (n->Name() != "File" || path == nullptr || platform::IsAbsolutePath(path) || path[0] == '\\') return false;
+        const char* path = n->GetAttribute(config::kRelativePathKey);
+        if (n->Name() != config::kFileNode || path == nullptr) return false;
+        if (platform::IsAbsolutePath(path) || path[0] == '\\') return false;
         const std::string moved = RelativeTo(project_dir, fs.FullPath(export_dir + "\\" + path));
-        n->SetAttribute("RelativePath", moved.c_str());
+        n->SetAttribute(config::kRelativePathKey, moved.c_str());
         ++changed;
         return false;
     });
@@ -104,10 +105,7 @@ int CommandImport(const Arguments& args, platform::Platform& platform) {
     s.full_path_ = fs.FullPath(project);
     s.project_dir_ = DirectoryOf(s.full_path_);
     if (!s.project_dir_.empty() && !fs.IsDirectory(s.project_dir_)) Fail(project + ": its folder does not exist");
-    s.root_ = std::make_unique<ConfigNode>("OrvaneProject");
-    s.root_->SetAttribute("Name", BaseName(project).c_str());
-    s.root_->AppendChild(new ConfigNode("Configurations"));
-    s.root_->AppendChild(new ConfigNode("Files"));
+    s.root_ = NewProjectTree(platform::StemOf(project));
 
     // What the plug-in writes while it loads goes nowhere; what it writes
     // while it imports is shown.
@@ -129,8 +127,8 @@ int CommandImport(const Arguments& args, platform::Platform& platform) {
 
     int targets = 0, files = 0;
     WalkTree(s.root_.get(), [&](ConfigNode* n) {
-        targets += n->Name() == "Configuration";
-        files += n->Name() == "File";
+        targets += n->Name() == config::kConfigurationNode;
+        files += n->Name() == config::kFileNode;
         return false;
     });
     std::printf("imported %d target%s and %d file%s from %s into %s\n", targets, targets == 1 ? "" : "s", files,

@@ -14,12 +14,12 @@ namespace {
 const char* const kTools[] = {"armasm", "armcc", "armcpp", "tcc", "tcpp"};
 
 ConfigNode* FindFile(ConfigNode* root, const std::string& path) {
-    std::string wanted = Lower(ToBackslashes(path));
+    std::string wanted = ComparablePath(path);
     while (wanted.rfind(".\\", 0) == 0) wanted.erase(0, 2);
     ConfigNode* found = nullptr;
     WalkTree(root, [&](ConfigNode* n) {
-        const char* p = n->GetAttribute("RelativePath");
-        if (found == nullptr && n->Name() == "File" && p != nullptr) {
+        const char* p = n->GetAttribute(config::kRelativePathKey);
+        if (found == nullptr && n->Name() == config::kFileNode && p != nullptr) {
             // Imported projects store their paths from ".\".
             std::string stored = Lower(p);
             while (stored.rfind(".\\", 0) == 0) stored.erase(0, 2);
@@ -38,12 +38,12 @@ int CommandOptions(const Arguments& args, platform::Platform& platform) {
     Session s(platform);
     s.Open(project);
     if (args.Has("--target")) {
-        if (s.FindTarget(target) == nullptr) Fail(project + ": no target named '" + target + "'");
+        if (FindConfiguration(s.root_.get(), target) == nullptr) Fail(project + ": no target named '" + target + "'");
     } else {
-        ConfigNode* configs = s.root_->FindChild("Configurations");
+        ConfigNode* configs = s.root_->FindChild(config::kConfigurationsNode);
         ConfigNode* first = configs ? configs->FirstChild() : nullptr;
         if (first == nullptr) Fail(project + ": the project has no target");
-        const char* name = first->GetAttribute("Name");
+        const char* name = first->GetAttribute(config::kNameKey);
         target = name ? name : "";
     }
     ConfigNode* scope = s.root_.get();

@@ -19,13 +19,10 @@ void PrintAttributes(const ConfigNode& node, const char* indent) {
 int CommandNew(const Arguments& args, platform::Platform& platform) {
     const std::string& path = args[0];
     if (platform.files->PathExists(path)) Fail(path + ": already exists; not overwritten");
-    auto root = std::make_unique<ConfigNode>("OrvaneProject");
-    root->SetAttribute("Name", BaseName(path).c_str());
-    root->AppendChild(new ConfigNode("Configurations"));
-    root->AppendChild(new ConfigNode("Files"));
+    const std::unique_ptr<ConfigNode> root = NewProjectTree(platform::StemOf(path));
     std::string error;
     if (!SaveProject(*platform.files, path, *root, &error)) Fail(error);
-    std::printf("created project '%s' in %s\n", BaseName(path).c_str(), path.c_str());
+    std::printf("created project '%s' in %s\n", platform::StemOf(path).c_str(), path.c_str());
     return 0;
 }
 
@@ -34,13 +31,13 @@ int CommandAddTarget(const Arguments& args, platform::Platform& platform) {
     s.Open(args[0]);
     const std::string& name = args[1];
     if (name.empty()) Fail(args[0] + ": a target needs a name");
-    if (s.FindTarget(name) != nullptr) Fail(args[0] + ": target '" + name + "' exists already");
+    if (FindConfiguration(s.root_.get(), name) != nullptr) Fail(args[0] + ": target '" + name + "' exists already");
     s.LoadPlugin(false);
-    auto* config = new ConfigNode("Configuration");
-    config->SetAttribute("Name", name.c_str());
-    s.Child("Configurations")->AppendChild(config);
+    auto* target = new ConfigNode(config::kConfigurationNode);
+    target->SetAttribute(config::kNameKey, name.c_str());
+    s.Child(config::kConfigurationsNode)->AppendChild(target);
     s.EnterProject();
-    s.host_.table()->InstallTool(config);
+    s.host_.table()->InstallTool(target);
     s.Save();
     std::printf("added target '%s'\n", name.c_str());
     return 0;
@@ -58,7 +55,7 @@ int CommandAddFile(const Arguments& args, platform::Platform& platform) {
     // Stored relative to the project's folder when it lies below it, in the
     // Windows form the tools get.
     std::string full = fs.FullPath(file);
-    std::string base = fs.FullPath(DirectoryOf(fs.FullPath(project)).empty() ? "." : DirectoryOf(fs.FullPath(project)));
+    const std::string base = fs.FullPath(s.project_dir_.empty() ? "." : s.project_dir_);
     std::string relative = full;
     if (full.size() > base.size() + 1 && full.compare(0, base.size(), base) == 0 &&
         (full[base.size()] == '/' || full[base.size()] == '\\')) {
@@ -68,14 +65,16 @@ int CommandAddFile(const Arguments& args, platform::Platform& platform) {
 
     bool duplicate = false;
     WalkTree(s.root_.get(), [&](ConfigNode* n) {
-        const char* p = n->GetAttribute("RelativePath");
-        if (n->Name() == "File" && p != nullptr && Lower(p) == Lower(relative)) duplicate = true;
+        const char* p = n->GetAttribute(config::kRelativePathKey);
+        if (n->Name() == config::kFileNode && p != nullptr && platform::EqualsIgnoringCase(p, relative)) {
+            duplicate = true;
+        }
         return false;
     });
     if (duplicate) Fail(project + ": '" + relative + "' is in the project already");
 
     s.LoadPlugin(false);
-    ConfigNode* parent = s.Child("Files");
+    ConfigNode* parent = s.Child(config::kFilesNode);
     size_t start = 0;
     while (!group.empty() && start <= group.size()) {
         size_t slash = group.find('/', start);
@@ -84,19 +83,19 @@ int CommandAddFile(const Arguments& args, platform::Platform& platform) {
         if (part.empty()) continue;
         ConfigNode* found = nullptr;
         for (ConfigNode* c = parent->FirstChild(); c; c = c->NextSibling()) {
-            const char* n = c->GetAttribute("Name");
-            if (c->Name() == "Filter" && n != nullptr && part == n) found = c;
+            const char* n = c->GetAttribute(config::kNameKey);
+            if (c->Name() == config::kFilterNode && n != nullptr && part == n) found = c;
         }
         if (found == nullptr) {
-            found = new ConfigNode("Filter");
-            found->SetAttribute("Name", part.c_str());
+            found = new ConfigNode(config::kFilterNode);
+            found->SetAttribute(config::kNameKey, part.c_str());
             parent->AppendChild(found);
         }
         parent = found;
     }
-    auto* node = new ConfigNode("File");
-    node->SetAttribute("RelativePath", relative.c_str());
-    node->SetAttributeInt("FileType", FileTypeFor(relative));
+    auto* node = new ConfigNode(config::kFileNode);
+    node->SetAttribute(config::kRelativePathKey, relative.c_str());
+    node->SetAttributeInt(config::kFileTypeKey, FileTypeFor(relative));
     parent->AppendChild(node);
     s.EnterProject();
     s.host_.table()->InstallTool(node);
@@ -111,15 +110,17 @@ int CommandShow(const Arguments& args, platform::Platform& platform) {
     const bool have_target = args.Has("--target");
     Session s(platform);
     s.Open(project);
-    if (have_target && s.FindTarget(target) == nullptr) Fail(project + ": no target named '" + target + "'");
+    if (have_target && FindConfiguration(s.root_.get(), target) == nullptr) {
+        Fail(project + ": no target named '" + target + "'");
+    }
 
-    const char* name = s.root_->GetAttribute("Name");
+    const char* name = s.root_->GetAttribute(config::kNameKey);
     std::printf("project '%s' (%s)\n", name ? Printable(name).c_str() : "", project.c_str());
     std::printf("targets:\n");
-    ConfigNode* configs = s.root_->FindChild("Configurations");
+    ConfigNode* configs = s.root_->FindChild(config::kConfigurationsNode);
     int count = 0;
     for (ConfigNode* c = configs ? configs->FirstChild() : nullptr; c; c = c->NextSibling()) {
-        const char* n = c->GetAttribute("Name");
+        const char* n = c->GetAttribute(config::kNameKey);
         if (have_target && (n == nullptr || target != n)) continue;
         ++count;
         std::printf("  %s\n", n ? Printable(n).c_str() : "(unnamed)");
@@ -133,7 +134,7 @@ int CommandShow(const Arguments& args, platform::Platform& platform) {
     if (have_target) return 0;
 
     std::printf("files:\n");
-    ConfigNode* files = s.root_->FindChild("Files");
+    ConfigNode* files = s.root_->FindChild(config::kFilesNode);
     if (files == nullptr || files->FirstChild() == nullptr) {
         std::printf("  (none)\n");
         return 0;
@@ -143,16 +144,16 @@ int CommandShow(const Arguments& args, platform::Platform& platform) {
     int depth = 1;
     while (n != nullptr) {
         std::string indent(static_cast<size_t>(depth) * 2, ' ');
-        if (n->Name() == "Filter") {
-            const char* g = n->GetAttribute("Name");
+        if (n->Name() == config::kFilterNode) {
+            const char* g = n->GetAttribute(config::kNameKey);
             std::printf("%s%s/\n", indent.c_str(), g ? Printable(g).c_str() : "");
-        } else if (n->Name() == "File") {
-            const char* p = n->GetAttribute("RelativePath");
+        } else if (n->Name() == config::kFileNode) {
+            const char* p = n->GetAttribute(config::kRelativePathKey);
             int32_t type = 0;
-            n->GetAttributeInt("FileType", &type);
+            n->GetAttributeInt(config::kFileTypeKey, &type);
             std::printf("%s%s (%s)\n", indent.c_str(), p ? Printable(p).c_str() : "", KindName(type));
         }
-        if (n->Name() == "Filter" && n->FirstChild() != nullptr) {
+        if (n->Name() == config::kFilterNode && n->FirstChild() != nullptr) {
             n = n->FirstChild();
             ++depth;
             continue;

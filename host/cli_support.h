@@ -10,6 +10,7 @@
 
 #include "ads/config_node.h"
 #include "config/project_keys.h"
+#include "make_engine.h"
 #include "platform/platform.h"
 #include "platform/text.h"
 #include "plugin_host.h"
@@ -32,9 +33,14 @@ struct CliFailure {
 using platform::DirectoryOf;
 using platform::Lower;
 
-// A project's or a file's name as the commands show it: without folder
-// and last extension (platform::StemOf).
-inline std::string BaseName(const std::string& path) { return platform::StemOf(path); }
+// An empty project named `name`: no targets, no files.
+inline std::unique_ptr<ConfigNode> NewProjectTree(const std::string& name) {
+    auto root = std::make_unique<ConfigNode>(config::kProjectNode);
+    root->SetAttribute(config::kNameKey, name.c_str());
+    root->AppendChild(new ConfigNode(config::kConfigurationsNode));
+    root->AppendChild(new ConfigNode(config::kFilesNode));
+    return root;
+}
 
 inline std::string ToBackslashes(std::string path) {
     for (char& c : path) {
@@ -42,6 +48,9 @@ inline std::string ToBackslashes(std::string path) {
     }
     return path;
 }
+
+// A path for comparing: one kind of separator, one case.
+inline std::string ComparablePath(const std::string& path) { return Lower(ToBackslashes(path)); }
 
 // Which source kind orvhost gives a file, by its extension.
 inline int FileTypeFor(const std::string& path) {
@@ -62,7 +71,7 @@ inline const char* KindName(int type) {
 }
 
 // Prints a value with its control bytes escaped, so that one attribute is
-// one line.
+// one line. Quotes and backslashes stay as written: paths read as stored.
 inline std::string Printable(const std::string& value) {
     std::string out;
     for (unsigned char c : value) {
@@ -144,15 +153,6 @@ public:
             root_->AppendChild(node);
         }
         return node;
-    }
-
-    ConfigNode* FindTarget(const std::string& name) {
-        ConfigNode* configs = root_->FindChild(config::kConfigurationsNode);
-        for (ConfigNode* c = configs ? configs->FirstChild() : nullptr; c; c = c->NextSibling()) {
-            const char* n = c->GetAttribute(config::kNameKey);
-            if (c->Name() == config::kConfigurationNode && n != nullptr && name == n) return c;
-        }
-        return nullptr;
     }
 
     platform::Platform& platform_;

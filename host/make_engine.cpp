@@ -27,15 +27,6 @@ std::string Attribute(const ConfigNode* node, const char* name) {
     return value ? value : "";
 }
 
-ConfigNode* FindConfiguration(ConfigNode* project, const std::string& target) {
-    ConfigNode* configs = project ? project->FindChild(config::kConfigurationsNode) : nullptr;
-    for (ConfigNode* c = configs ? configs->FirstChild() : nullptr; c; c = c->NextSibling()) {
-        const char* name = c->GetAttribute(config::kNameKey);
-        if (c->Name() == config::kConfigurationNode && name != nullptr && target == name) return c;
-    }
-    return nullptr;
-}
-
 // Sets of sources that left the target are forgotten.
 void ForgetRemovedSources(const std::vector<ConfigNode*>& files, TargetDependencies* record) {
     std::set<std::string> sources;
@@ -123,6 +114,15 @@ std::vector<ConfigNode*> TargetFiles(ConfigNode* root) {
         n = n == root ? nullptr : n->NextSibling();
     }
     return files;
+}
+
+ConfigNode* FindConfiguration(ConfigNode* project, const std::string& target) {
+    ConfigNode* configs = project ? project->FindChild(config::kConfigurationsNode) : nullptr;
+    for (ConfigNode* c = configs ? configs->FirstChild() : nullptr; c; c = c->NextSibling()) {
+        const char* name = c->GetAttribute(config::kNameKey);
+        if (c->Name() == config::kConfigurationNode && name != nullptr && target == name) return c;
+    }
+    return nullptr;
 }
 
 std::string AskCommand(PluginInterface* plugin, ConfigNode* project, ConfigNode* node) {

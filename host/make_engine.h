@@ -1,7 +1,7 @@
 // orvhost's make engine: what the host does behind its slots MakeTarget,
 // TranslateFile and IsOutOfDate.
 //
-// A target's files are the "File" nodes with a "FileType" of 1, 2 or 3 and a
+// A target's files are the "File" nodes of a C, assembler or C++ kind with a
 // "RelativePath", in the order of the tree. A file is translated when its
 // object (".\<target>\<Output>" under the project folder) is missing, when
 // its source or one of its dependencies is newer than the object, when a
@@ -33,6 +33,10 @@ constexpr size_t kCommandOutputLimit = size_t{16} << 20;
 
 // The files of a target in tree order, found without recursion.
 std::vector<ConfigNode*> TargetFiles(ConfigNode* root);
+
+// The target (a "Configuration" node) of that name, null when the project
+// has none.
+ConfigNode* FindConfiguration(ConfigNode* project, const std::string& target);
 
 // The command the plug-in gives for a node (slot 36), copied at once; empty
 // when it gives none.

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "make_engine.h"
+#include "platform/text.h"
 
 namespace ads::host {
 
@@ -16,12 +17,20 @@ bool g_tracing = false;
 const char* const kProcessors[] = {"CPU(ARM7TDMI)", "CLOCK(12000000)", nullptr};
 const AdsHostDefaults kDefaults = {"ARM", "ARM7TDMI", 0, kProcessors, 0};
 
-std::string DirectoryOf(const std::string& path) {
-    size_t cut = path.find_last_of("/\\");
-    return cut == std::string::npos ? std::string(".") : path.substr(0, cut);
+// The make engine's work must not unwind through the plug-in, which called
+// the slots: whatever it throws is a failure, answered with `failure`. The
+// reason goes to standard error when `report` is set.
+template <typename Work>
+int Guarded(int failure, bool report, Work work) {
+    try {
+        return work() ? 1 : 0;
+    } catch (const std::exception& e) {
+        if (report) std::fprintf(stderr, "orvhost: %s\n", e.what());
+        return failure;
+    } catch (...) {
+        return failure;
+    }
 }
-
-void CopyAttributes(ConfigNode* to, const ConfigNode& from) { to->CopyAttributesFrom(from); }
 }  // namespace
 
 void CommitEdit(ConfigNode* node, const ConfigNode& edited) {
@@ -29,7 +38,7 @@ void CommitEdit(ConfigNode* node, const ConfigNode& edited) {
     while (!work.empty()) {
         auto [n, e] = work.back();
         work.pop_back();
-        CopyAttributes(n, *e);
+        n->CopyAttributesFrom(*e);
         n->SetUserWord(e->UserWord());
         ConfigNode* nc = n->FirstChild();
         for (const ConfigNode* ec = e->FirstChild(); ec != nullptr; ec = ec->NextSibling()) {
@@ -60,9 +69,10 @@ const AdsHostDefaults& PluginHost::Defaults() { return kDefaults; }
 bool PluginHost::Load(const std::string& module_path, std::string* error) {
     platform::FileSystem& fs = *platform_.files;
     std::string previous = fs.CurrentDirectory();
-    std::string module_dir = DirectoryOf(module_path);
-    // The plug-in loads "Build\OrvMake.dll" relative to the working folder.
-    fs.ChangeDir(module_dir);
+    const std::string module_dir = platform::DirectoryOf(module_path);
+    // The plug-in loads "Build\OrvMake.dll" relative to the working folder:
+    // the module's folder, which for a bare name is the current one.
+    if (!module_dir.empty()) fs.ChangeDir(module_dir);
     module_ = platform_.libraries->Load(module_path);
     uint32_t load_error = module_ ? 0 : platform_.libraries->LastError();
     fs.ChangeDir(previous);
@@ -205,40 +215,22 @@ AdsWord PluginHost::RegisterToolchain(const AdsToolchainRecord* record) {
     return 1;
 }
 
-// The make engine's work must not unwind through the plug-in, which called
-// these slots: whatever it throws is a failure.
+// A file whose check fails counts as out of date, so that it is
+// translated again.
 int PluginHost::IsOutOfDate(const char* target, ConfigNode* file) {
     if (file == nullptr) return 0;
     if (g_host == nullptr || g_host->make_ == nullptr || target == nullptr) return 1;
-    try {
-        return g_host->make_->IsOutOfDate(target, file) ? 1 : 0;
-    } catch (...) {
-        return 1;
-    }
+    return Guarded(1, false, [&] { return g_host->make_->IsOutOfDate(target, file); });
 }
 
 int PluginHost::TranslateFile(const char* target, ConfigNode* file) {
     if (g_host == nullptr || g_host->make_ == nullptr || target == nullptr || file == nullptr) return 0;
-    try {
-        return g_host->make_->TranslateFile(target, file) ? 1 : 0;
-    } catch (const std::exception& e) {
-        std::fprintf(stderr, "orvhost: %s\n", e.what());
-        return 0;
-    } catch (...) {
-        return 0;
-    }
+    return Guarded(0, true, [&] { return g_host->make_->TranslateFile(target, file); });
 }
 
 int PluginHost::MakeTarget(const char* target, ConfigNode* project) {
     if (g_host == nullptr || g_host->make_ == nullptr || target == nullptr || project == nullptr) return 0;
-    try {
-        return g_host->make_->MakeTarget(target, project) ? 1 : 0;
-    } catch (const std::exception& e) {
-        std::fprintf(stderr, "orvhost: %s\n", e.what());
-        return 0;
-    } catch (...) {
-        return 0;
-    }
+    return Guarded(0, true, [&] { return g_host->make_->MakeTarget(target, project); });
 }
 
 }  // namespace ads::host
