@@ -29,30 +29,12 @@ std::string NextField(const std::string& text, size_t* pos) {
     return text.substr(start, *pos - start);
 }
 
-class AssemblerReader {
+class AssemblerReader : public SourceReader {
 public:
     explicit AssemblerReader(const SearchDirectories& directories) : search_(directories) {}
 
-    SourceScan Read(const std::string& source) {
-        std::string text;
-        ReadFile(source, &text);
-        AddDependency(source, text, &scan_);
-        ReadText(source, text, 0);
-        return scan_;
-    }
-
 private:
-    void Message(const std::string& file, int line, Severity severity, const std::string& text) {
-        SourceMessage message;
-        message.file = file;
-        message.line = line;
-        message.severity = severity;
-        message.text = text;
-        scan_.messages.push_back(message);
-        if (severity == Severity::kFatal) scan_.abandoned = true;
-    }
-
-    void ReadText(const std::string& file, const std::string& text, int depth) {
+    void ReadText(const std::string& file, const std::string& text, int depth) override {
         const std::vector<std::string> lines = SplitLines(text);
         for (size_t index = 0; index < lines.size() && !scan_.abandoned; ++index) {
             const int number = static_cast<int>(index) + 1;
@@ -99,7 +81,6 @@ private:
     }
 
     IncludeSearch search_;
-    SourceScan scan_;
 };
 
 }  // namespace

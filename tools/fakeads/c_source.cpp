@@ -113,7 +113,7 @@ struct Conditional {
     int line = 0;
 };
 
-class CReader {
+class CReader : public SourceReader {
 public:
     CReader(const std::vector<std::string>& defines, const SearchDirectories& directories) : search_(directories) {
         for (const std::string& define : defines) {
@@ -130,26 +130,8 @@ public:
         }
     }
 
-    SourceScan Read(const std::string& source) {
-        std::string text;
-        ReadFile(source, &text);
-        AddDependency(source, text, &scan_);
-        ReadText(source, text, 0);
-        return scan_;
-    }
-
 private:
-    void Message(const std::string& file, int line, Severity severity, const std::string& text) {
-        SourceMessage message;
-        message.file = file;
-        message.line = line;
-        message.severity = severity;
-        message.text = text;
-        scan_.messages.push_back(message);
-        if (severity == Severity::kFatal) scan_.abandoned = true;
-    }
-
-    void ReadText(const std::string& file, const std::string& text, int depth) {
+    void ReadText(const std::string& file, const std::string& text, int depth) override {
         std::vector<Conditional> stack;
         bool in_comment = false;
         Definitions definitions;
@@ -301,7 +283,6 @@ private:
 
     IncludeSearch search_;
     MacroTable macros_;
-    SourceScan scan_;
 };
 
 }  // namespace

@@ -95,4 +95,22 @@ std::vector<std::string> SplitLines(const std::string& text) {
     return lines;
 }
 
+SourceScan SourceReader::Read(const std::string& source) {
+    std::string text;
+    ReadFile(source, &text);
+    AddDependency(source, text, &scan_);
+    ReadText(source, text, 0);
+    return scan_;
+}
+
+void SourceReader::Message(const std::string& file, int line, Severity severity, const std::string& text) {
+    SourceMessage message;
+    message.file = file;
+    message.line = line;
+    message.severity = severity;
+    message.text = text;
+    scan_.messages.push_back(message);
+    if (severity == Severity::kFatal) scan_.abandoned = true;
+}
+
 }  // namespace fakeads

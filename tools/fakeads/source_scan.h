@@ -67,6 +67,21 @@ private:
     std::vector<std::string> system_;
 };
 
+// What the C and the assembler reader share: the scan they fill, the file
+// that starts it and the messages they add to it.
+class SourceReader {
+public:
+    virtual ~SourceReader() = default;
+    SourceScan Read(const std::string& source);
+
+protected:
+    void Message(const std::string& file, int line, Severity severity, const std::string& text);
+    // Reads one file's text; `depth` counts the includes that led to it.
+    virtual void ReadText(const std::string& file, const std::string& text, int depth) = 0;
+
+    SourceScan scan_;
+};
+
 // Adds what a marker asks for to the scan; true when it was a fatal one.
 bool TakeMarker(const Marker& marker, const std::string& file, int line, char tag_letter, SourceScan* scan);
 
