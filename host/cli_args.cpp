@@ -1,5 +1,7 @@
 #include "cli_args.h"
 
+#include <cctype>
+
 #include "cli_support.h"
 
 namespace ads::host {
@@ -42,7 +44,8 @@ Arguments ParseArguments(const Command& command, const std::vector<std::string>&
     bool options_end = false;
     for (size_t i = 0; i < words.size(); ++i) {
         const std::string& word = words[i];
-        if (options_end || word.size() < 2 || word[0] != '-') {
+        // "-1,0,2" is a value, not an option.
+        if (options_end || word.size() < 2 || word[0] != '-' || std::isdigit(static_cast<unsigned char>(word[1]))) {
             args.positional.push_back(word);
             continue;
         }
@@ -60,7 +63,7 @@ Arguments ParseArguments(const Command& command, const std::vector<std::string>&
         } else if (const CommandOption* joined = FindJoined(command, word)) {
             args.options[joined->name] = word.substr(2);
         } else {
-            Fail("unknown option '" + word + "'; " + Usage(command));
+            Fail("unknown option '" + word + "' (a value that starts with '-' goes after '--'); " + Usage(command));
         }
     }
     if (args.positional.size() < command.min_positional || args.positional.size() > command.max_positional) {

@@ -165,6 +165,13 @@ TEST_F(OrvhostTest, SetChangesOneTargetSettingAndAsksForARebuild) {
     ExpectRefused({"set", "demo.orv", "--target", "Nope", "CPU", "x"}, "demo.orv: no target named 'Nope'");
     ExpectRefused({"set", "demo.orv", "--target", "Lib", "Name", "x"}, "'Name' cannot be set this way");
     ExpectRefused({"set", "demo.orv", "CPU", "x"}, "usage: orvhost set");
+    // A value may start with a dash: a number as it is, a switch after "--".
+    ExpectRefused({"set", "demo.orv", "--target", "Lib", "ADS_GArmCCParam", "-O2"}, "goes after '--'");
+    ASSERT_EQ(0, Orvhost({"set", "demo.orv", "--target", "Lib", "SIMCLK", "-1"}).status);
+    ASSERT_EQ(0, Orvhost({"set", "demo.orv", "--target", "Lib", "--", "ADS_GArmCCParam", "-O2"}).status);
+    r = Orvhost({"show", "demo.orv", "--target", "Lib"});
+    EXPECT_NE(std::string::npos, r.output.find("SIMCLK = \"-1\"")) << r.output;
+    EXPECT_NE(std::string::npos, r.output.find("ADS_GArmCCParam = \"-O2\"")) << r.output;
 }
 
 }  // namespace
