@@ -193,7 +193,7 @@ platform::RunResult MakeEngine::Run(const std::string& command) {
 }
 
 void MakeEngine::Parse(const std::string& output) {
-    plugin_->ParseOutput(output.c_str(), static_cast<int>(output.size()));
+    plugin_->ParseOutput(output.c_str(), 0);
 }
 
 bool MakeEngine::OutOfDate(const std::string& target, ConfigNode* file, const TargetDependencies& record) {

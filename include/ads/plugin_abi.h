@@ -165,7 +165,19 @@ typedef ads::ConfigNode AdsNode;
 //   IsOutOfDate       non-zero when the file must be translated
 //   TranslateFile     non-zero when the host translated the file
 //   MakeTarget        non-zero when the host built the target
-// ParseOutput's integer is the length of the text in bytes.
+// ParseOutput (slot 37) takes a zero-terminated text and a set of flags:
+//   kAdsParseLinkStep  the text is a link or archive command's output (it is
+//                      also read so after the plug-in gave the target's own
+//                      command through slot 36)
+//   kAdsParseFailed    the command that printed the text failed: it ended
+//                      with an exit code other than 0, could not start or was
+//                      never given. The text is its output, or the host's
+//                      line naming the file and what happened. When the
+//                      text holds no error the plug-in knows, the plug-in
+//                      counts one error and shows the text as it stands, so
+//                      that no failed command goes uncounted.
+// A host reports every command it ran for a node through this slot, the
+// failed ones with kAdsParseFailed.
 //
 // LookupKeyed (slot 20) is how the host reads the dependency sets the
 // plug-in collected with the compilers' -M scans: the key is a source's
@@ -174,6 +186,11 @@ typedef ads::ConfigNode AdsNode;
 // buffer at word 1 (size in word 2, the text always terminated, cut at a
 // line end when it does not fit) and returns their number; 0 when the key
 // is absent. Word 3 is reserved (0).
+// The key kAdsCountsKey, which no source path can be, answers the build
+// counters instead: "errors=N warnings=M\n" and 1.
+
+enum : int { kAdsParseLinkStep = 1, kAdsParseFailed = 2 };
+static const char kAdsCountsKey[] = "<counts>";
 
 struct PluginInterface {
     int (ADS_CALL *Attach)(const AdsHostContext* context);                        // 0
@@ -216,7 +233,7 @@ struct PluginInterface {
     int (ADS_CALL *Reserved35)(void);                                              // 35
     const char* (ADS_CALL *GetFileBuildText)(char* text, AdsWord project,
                                              AdsNode* node, int flag);             // 36
-    void (ADS_CALL *ParseOutput)(const char* text, int length);                    // 37
+    void (ADS_CALL *ParseOutput)(const char* text, int flags);                     // 37
 };
 
 typedef PluginInterface* (ADS_CALL *GetInterfaceFn)(void);

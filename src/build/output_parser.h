@@ -72,6 +72,11 @@ public:
         warnings_ = 0;
     }
 
+    // A failed command whose output held no error counts as one.
+    void CountFailedCommand() {
+        if (errors_ < INT32_MAX) ++errors_;
+    }
+
     // Set while a link or librarian command is the last one built.
     void SetLinkStep() { link_step_ = true; }
     void ClearLinkStep() { link_step_ = false; }

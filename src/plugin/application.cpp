@@ -366,6 +366,14 @@ void* Application::GetDebugOptions(ConfigNode* node) {
 
 int Application::LookupKeyed(const char* key, AdsWord buffer, AdsWord size) {
     if (key == nullptr) return 0;
+    if (std::strcmp(key, kAdsCountsKey) == 0) {
+        const std::string counts = "errors=" + std::to_string(parser_.errors()) +
+                                   " warnings=" + std::to_string(parser_.warnings()) + "\n";
+        char* out = reinterpret_cast<char*>(buffer);
+        if (out == nullptr || static_cast<size_t>(size) <= counts.size()) return 0;
+        std::memcpy(out, counts.c_str(), counts.size() + 1);
+        return 1;
+    }
     const std::set<std::string>* deps = engine_.Dependencies(key);
     if (deps == nullptr) return 0;
     char* out = reinterpret_cast<char*>(buffer);
@@ -399,9 +407,19 @@ const char* Application::GetFileBuildText(char* text, AdsWord project, ConfigNod
     return file_build_text_.c_str();
 }
 
-void Application::ParseOutput(const char* text, int length) {
+void Application::ParseOutput(const char* text, int flags) {
     if (text == nullptr) return;
-    std::string pane = parser_.Parse(text, length > 0 ? static_cast<size_t>(length) : 0);
+    const bool was_link_step = parser_.link_step();
+    if ((flags & kAdsParseLinkStep) != 0) parser_.SetLinkStep();
+    const int32_t errors_before = parser_.errors();
+    std::string pane = parser_.Parse(text, std::strlen(text));
+    if (!was_link_step) parser_.ClearLinkStep();
+    if ((flags & kAdsParseFailed) != 0 && parser_.errors() == errors_before) {
+        // The tool's own words are all the user gets of this failure.
+        parser_.CountFailedCommand();
+        pane += text;
+        if (!pane.empty() && pane.back() != '\n') pane += "\r\n";
+    }
     table_.WriteOutput(pane.c_str(), 0);
 }
 

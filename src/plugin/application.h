@@ -63,7 +63,7 @@ public:
     int LookupKeyed(const char* key, AdsWord buffer, AdsWord size);
     AdsWord GetSearchPath(const char* text, int arg, AdsWord word);
     const char* GetFileBuildText(char* text, AdsWord project, ConfigNode* node, int flag);
-    void ParseOutput(const char* text, int length);
+    void ParseOutput(const char* text, int flags);
 
     // Writes a message to the build output pane (host slot 17).
     void Write(const std::string& text);

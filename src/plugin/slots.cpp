@@ -93,8 +93,8 @@ const char* ADS_CALL SlotGetFileBuildText(char* text, AdsWord project, AdsNode* 
     return Guard({36, "GetFileBuildText"}, static_cast<const char*>(text),
                  [&](Application& a) { return a.GetFileBuildText(text, project, node, flag); });
 }
-void ADS_CALL SlotParseOutput(const char* text, int length) {
-    GuardVoid({37, "ParseOutput"}, [&](Application& a) { a.ParseOutput(text, length); });
+void ADS_CALL SlotParseOutput(const char* text, int flags) {
+    GuardVoid({37, "ParseOutput"}, [&](Application& a) { a.ParseOutput(text, flags); });
 }
 
 }  // namespace

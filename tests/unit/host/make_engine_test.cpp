@@ -62,9 +62,9 @@ const char* ADS_CALL FakeBuildText(char* text, AdsWord project, ConfigNode* node
     return g_fake->result.c_str();
 }
 
-void ADS_CALL FakeParse(const char* text, int length) {
+void ADS_CALL FakeParse(const char* text, int /*flags*/) {
     NoteThread();
-    g_fake->parsed.emplace_back(text, static_cast<size_t>(length));
+    g_fake->parsed.emplace_back(text);
     g_fake->log.push_back("parse " + g_fake->parsed.back());
 }
 

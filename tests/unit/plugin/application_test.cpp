@@ -357,7 +357,7 @@ TEST_F(PluginTest, ASlotWhoseWorkThrowsTracesItAndAnswersItsFailureValue) {
         {"ads_plugin: slot 4 ImportProject: pane is gone", 0,
          [](PluginInterface* t) { return t->ImportProject("missing.xml", 1); }},
         {"ads_plugin: slot 37 ParseOutput: pane is gone", 0,
-         [](PluginInterface* t) { return t->ParseOutput("x\n", 2), 0; }},
+         [](PluginInterface* t) { return t->ParseOutput("x\n", 0), 0; }},
     };
     for (const Row& row : rows) {
         MakeProject();
@@ -380,7 +380,7 @@ TEST_F(PluginTest, WithoutAUiTableTheTraceGoesToStandardError) {
     PluginInterface* t = Start();
     host.pane_gone = true;
     ::testing::internal::CaptureStderr();
-    t->ParseOutput("x\n", 2);
+    t->ParseOutput("x\n", 0);
     host.pane_gone = false;
     EXPECT_EQ("ads_plugin: slot 37 ParseOutput: pane is gone\n", ::testing::internal::GetCapturedStderr());
 }
@@ -432,17 +432,44 @@ TEST_F(PluginTest, FileBuildTextFollowsItsArgumentRules) {
     EXPECT_NE(buffer, text);
 }
 
-TEST_F(PluginTest, ParseOutputWritesWhatTheParserReturnsToTheBuildPane) {
-    PluginInterface* t = Start();
-    app->parser().SetLinkStep();
-    const char text[] = "Error: L6218E: Undefined symbol x (referred from a.o).\n"
-                        "Finished: 0 information, 2 warning and 1 error messages.\n";
-    t->ParseOutput(text, static_cast<int>(sizeof text - 1));
-    EXPECT_EQ("Error: L6218E: Undefined symbol x (referred from a.o).\n", host.pane);
-    ASSERT_FALSE(host.panes.empty());
-    EXPECT_EQ(0u, host.panes.back());
-    EXPECT_EQ(1, app->parser().errors());
-    EXPECT_EQ(2, app->parser().warnings());
+TEST_F(PluginTest, ParseOutputCountsWhatItShowsAndTheCountsAreReadBack) {
+    const char kLink[] = "Error: L6218E: Undefined symbol x (referred from a.o).\n"
+                         "Finished: 0 information, 2 warning and 1 error messages.\n";
+    const char kCompile[] = "\"a.c\", line 3: Error: C2456E: undeclared name\n";
+    const char kFatal[] = "Fatal error: C3900U: Unrecognized option '-zz'.\n";
+    struct Row {
+        const char* name;
+        bool link_step_before;
+        const char* text;
+        int flags;
+        const char* pane;
+        const char* counts;
+    } rows[] = {
+        {"link output after the target's command", true, kLink, 0,
+         "Error: L6218E: Undefined symbol x (referred from a.o).\n", "errors=1 warnings=2\n"},
+        {"link output named by the host", false, kLink, kAdsParseLinkStep,
+         "Error: L6218E: Undefined symbol x (referred from a.o).\n", "errors=1 warnings=2\n"},
+        {"failed compile with a known error counts it once", false, kCompile, kAdsParseFailed,
+         "a.c(3): Error: C2456E: undeclared name\n", "errors=1 warnings=0\n"},
+        {"failed compile the parser cannot read is shown whole", false, kFatal, kAdsParseFailed, kFatal,
+         "errors=1 warnings=0\n"},
+        {"failure without output ends its line", false, "a.c: exit code 3", kAdsParseFailed,
+         "a.c: exit code 3\r\n", "errors=1 warnings=0\n"},
+        {"unreadable output of a command that succeeded", false, kFatal, 0, "", "errors=0 warnings=0\n"},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        PluginInterface* t = Start();
+        app->parser().ResetCounters();
+        if (row.link_step_before) app->parser().SetLinkStep();
+        host.pane.clear();
+        t->ParseOutput(row.text, row.flags);
+        EXPECT_EQ(row.pane, host.pane);
+        EXPECT_EQ(row.link_step_before, app->parser().link_step());
+        char counts[64] = "";
+        EXPECT_EQ(1, t->LookupKeyed(kAdsCountsKey, reinterpret_cast<AdsWord>(counts), sizeof counts, 0));
+        EXPECT_STREQ(row.counts, counts);
+    }
 }
 
 TEST_F(PluginTest, NoSlotReachesAnApplicationThatIsGone) {
