@@ -169,6 +169,18 @@ std::string OutputParser::Parse(const char* text, size_t length) {
     return std::string(out.get());  // the pane's text ends at the first zero
 }
 
+std::string OutputParser::ParseRun(const char* text, size_t length, bool failed) {
+    const int32_t errors_before = errors_;
+    std::string pane = Parse(text, length);
+    if (failed && errors_ == errors_before) {
+        CountFailedCommand();
+        // Link output is shown as it stands already.
+        if (!link_step_ && length > 0) pane.append(text, length);
+        if (!pane.empty() && pane.back() != '\n') pane += "\r\n";
+    }
+    return pane;
+}
+
 // The linker closes with "Finished: 0 information, 1 warning and 1 error
 // messages." Each number counts by the word after it: e(rror) and f(atal)
 // are errors, w(arning) warnings; information is not counted.

@@ -72,6 +72,13 @@ public:
         warnings_ = 0;
     }
 
+    // The pane text of one command's output. `failed`: the command failed
+    // (non-zero exit, could not start, or there was no command). When its
+    // output holds no error the parser knows, one error is counted and the
+    // output is shown as it stands, with a line end: the tool's own words
+    // are all the user gets of such a failure.
+    std::string ParseRun(const char* text, size_t length, bool failed);
+
     // A failed command whose output held no error counts as one.
     void CountFailedCommand() {
         if (errors_ < INT32_MAX) ++errors_;

@@ -411,15 +411,8 @@ void Application::ParseOutput(const char* text, int flags) {
     if (text == nullptr) return;
     const bool was_link_step = parser_.link_step();
     if ((flags & kAdsParseLinkStep) != 0) parser_.SetLinkStep();
-    const int32_t errors_before = parser_.errors();
-    std::string pane = parser_.Parse(text, std::strlen(text));
+    std::string pane = parser_.ParseRun(text, std::strlen(text), (flags & kAdsParseFailed) != 0);
     if (!was_link_step) parser_.ClearLinkStep();
-    if ((flags & kAdsParseFailed) != 0 && parser_.errors() == errors_before) {
-        // The tool's own words are all the user gets of this failure.
-        parser_.CountFailedCommand();
-        pane += text;
-        if (!pane.empty() && pane.back() != '\n') pane += "\r\n";
-    }
     table_.WriteOutput(pane.c_str(), 0);
 }
 

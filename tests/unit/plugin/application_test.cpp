@@ -456,6 +456,8 @@ TEST_F(PluginTest, ParseOutputCountsWhatItShowsAndTheCountsAreReadBack) {
         {"failure without output ends its line", false, "a.c: exit code 3", kAdsParseFailed,
          "a.c: exit code 3\r\n", "errors=1 warnings=0\n"},
         {"unreadable output of a command that succeeded", false, kFatal, 0, "", "errors=0 warnings=0\n"},
+        {"failed link output is shown once", false, "L6000U: out of memory\n", kAdsParseLinkStep | kAdsParseFailed,
+         "L6000U: out of memory\n", "errors=1 warnings=0\n"},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
