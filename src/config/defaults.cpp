@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "config/node_text.h"
 #include "config/search_paths.h"
 #include "platform/text.h"
 #include "config/project_keys.h"
@@ -107,6 +108,23 @@ int SourceKindFromFileMap(const std::string& file_map, const std::string& path) 
 
 std::string ObjectFileName(const std::string& relative_path) {
     return platform::StemOf(relative_path) + ".o";
+}
+
+std::string DistinctObjectFileName(const std::string& relative_path, const std::set<std::string>& taken) {
+    const std::string stem = platform::StemOf(relative_path);
+    std::string name = stem + ".o";
+    for (int n = 2; taken.count(platform::Lower(name)) != 0; ++n) name = stem + "_" + std::to_string(n) + ".o";
+    return name;
+}
+
+std::set<std::string> ObjectsOfSources(ConfigNode* root, const ConfigNode* except) {
+    std::set<std::string> objects;
+    WalkTree(root, [&](ConfigNode* n) {
+        const int kind = n->Name() == kFileNode ? FileTypeOf(n) : kKindNone;
+        if (n != except && kind >= kKindC && kind <= kKindCpp) objects.insert(platform::Lower(Text(n, kOutputKey)));
+        return false;
+    });
+    return objects;
 }
 
 }  // namespace ads::config

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <set>
 #include <string>
 
 #include "ads/config_node.h"
@@ -76,5 +77,17 @@ int SourceKindFromFileMap(const std::string& file_map, const std::string& path);
 // The object file of a source: its base name with ".o" in place of its
 // extension ("src\main.c" gives "main.o").
 std::string ObjectFileName(const std::string& relative_path);
+
+// Every object lives in the target's one folder, so two sources may not
+// share one. The object of a source is ObjectFileName unless `taken` holds
+// it; then the stem gets "_2", "_3" and so on, the first that is free
+// ("b\util.c" beside "a\util.c" gives "util_2.o"). Names are compared
+// without regard to case, as Windows compares file names: `taken` holds
+// them lowered (platform::Lower).
+std::string DistinctObjectFileName(const std::string& relative_path, const std::set<std::string>& taken);
+
+// The lowered "Output" of every source of the project ("File" nodes of kind
+// 1, 2 or 3) but `except`.
+std::set<std::string> ObjectsOfSources(ConfigNode* root, const ConfigNode* except);
 
 }  // namespace ads::config

@@ -223,7 +223,7 @@ void Application::WriteNodeDefaults(ConfigNode* node) {
     int kind = config::SourceKindFromFileMap(map ? map : config::kDefaultFileMap, path);
     if (kind == config::kKindNone) node->GetAttributeInt(config::kFileTypeKey, &kind);
     if (kind != config::kKindC && kind != config::kKindAsm && kind != config::kKindCpp) return;
-    const std::string object = config::ObjectFileName(path);
+    const std::string object = config::DistinctObjectFileName(path, config::ObjectsOfSources(node->Root(), node));
     config::EditNode(*host_, node, [&](ConfigNode* c) {
         c->SetAttributeInt(config::kFileTypeKey, kind);
         c->SetAttribute(config::kOutputKey, object);

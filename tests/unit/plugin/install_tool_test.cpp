@@ -177,6 +177,8 @@ TEST_F(InstallToolTest, ANewFileGetsItsKindObjectNameAndSettingsNode) {
         {"src\\main.c", 1, "1", "main.o", true},
         {"boot\\Startup.S", 0, "2", "Startup.o", false},
         {"lib/util.cpp", -1, "3", "util.o", true},
+        // Objects share one folder: a base name taken goes on with a number.
+        {"b\\UTIL.c", 1, "1", "UTIL_2.o", true},
         {"x.CC", 1, "3", "x.o", true},
         {"two.dots.c", 1, "1", "two.dots.o", true},
         // An extension the mapping does not list keeps the host's kind.
