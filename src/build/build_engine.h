@@ -12,6 +12,7 @@
 
 #include "ads/config_node.h"
 #include "build/messages.h"
+#include "build/output_location.h"
 #include "build/output_parser.h"
 #include "config/host_api.h"
 #include "config/path_macros.h"
@@ -52,8 +53,8 @@ public:
     bool CommandFor(const BuildContext& context, ConfigNode* node, std::string* text);
     // The host's single-file compile: 1 when handled, 0 otherwise.
     int CompileFile(const BuildContext& context, ConfigNode* file);
-    // Builds the current target: 1 when built without errors and the post-link
-    // step ran, else 0.
+    // Builds the current target: 1 when built without errors and the
+    // post-link step, when one was due, succeeded; else 0.
     int BuildTarget(const BuildContext& context, uintptr_t arg);
     void Clean(const BuildContext& context);
 
@@ -73,13 +74,23 @@ private:
     config::PathMacros Macros(const BuildContext& c) const;
     void ScanDependencies(const BuildContext& c, const std::string& compiler, const std::string& source);
     std::string ObjectList(const BuildContext& c);
-    std::string ImageName(const BuildContext& c, bool library) const;
-    // The image's path as the link command names it; *full_path receives
-    // the path the post-link step uses.
-    std::string ImagePath(const BuildContext& c, bool library, std::string* full_path) const;
-    void PostLink(const BuildContext& c);
-    void RunFromElf(const BuildContext& c);
-    void RunBatchFile(const BuildContext& c);
+    OutputLocation Location(const BuildContext& c) const;
+    // Makes the output folder, with every folder above it that is missing.
+    void MakeOutputFolder(const OutputLocation& location);
+    // Gives a source that shares its object with an earlier one of the tree
+    // an object of its own, committed, with a note in the pane.
+    void GiveDistinctObjects(const BuildContext& c);
+    // The single-file assembly; `file` is an assembler source.
+    int AssembleFile(const BuildContext& c, ConfigNode* file);
+    // The post-link step after a build without errors; `linked`: the link
+    // or archive command was given during this build. False when it failed.
+    bool PostLink(const BuildContext& c, bool linked);
+    bool RunFromElf(const BuildContext& c, bool linked);
+    bool RunBatchFile(const BuildContext& c);
+    // The fromelf command line for the image, and the file it writes.
+    std::string FromElfCommand(const BuildContext& c, std::string* output) const;
+    // True when `output` is missing or older than the image.
+    bool OlderThanImage(const std::string& output) const;
     void Write(const std::string& text) { host_->Write(text); }
 
     config::HostApi* host_;
@@ -87,6 +98,8 @@ private:
     OutputParser* parser_;
     std::map<std::string, std::set<std::string>> dependencies_;
     std::string application_file_;
+    // Set when the root's command was given during the current build.
+    bool link_given_ = false;
     bool include_cache_valid_ = false;
     std::string include_cache_key_;
     std::string include_cache_;

@@ -1,5 +1,5 @@
 // Cleaning a target: every object the build put in the target's folder and
-// the linked image. A file that is not there is not an error.
+// the linked image or archive. A file that is not there is not an error.
 #include "build/build_engine.h"
 #include "build/node_text.h"
 #include "config/project_keys.h"
@@ -18,17 +18,11 @@ void BuildEngine::Clean(const BuildContext& c) {
         report += Format(kDeleteFailed, path.c_str()) + message;
     };
     // An object that is its own source file is not the build's to delete.
-    ForEachObject(c.project_root, [&](const std::string&, const std::string& output, bool own) {
+    ForEachObject(c.project_root, [&](ConfigNode*, const std::string&, const std::string& output, bool own) {
         if (!own) remove(c.target + "\\" + output);
     });
-    std::string user = Text(c.configuration, config::kUserAppFileKey);
-    std::string image = (user.empty() ? project : user) + ".axf";
-    std::string output_dir = Text(c.configuration, config::kOutputDirKey);
-    if (output_dir == config::kProjectMacro) {
-        remove(Format(".\\%s\\%s", c.target.c_str(), image.c_str()));
-    } else {
-        remove(Format("%s\\%s", output_dir.c_str(), image.c_str()));
-    }
+    // The image or the archive, named as the link command named it.
+    remove(Location(c).command_path);
     Write(Format("%s", report.c_str()));
 }
 

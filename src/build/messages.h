@@ -28,6 +28,12 @@ inline constexpr char kAssembling[] = "Assembling %s...\r\n";
 inline constexpr char kSkipping[] = "skipping ... (no relevant changes detected)\r\n";
 inline constexpr char kUpToDateSummary[] = "\r\n%s - %d error(s), %d warning(s)";
 inline constexpr char kCreateSummary[] = "\r\nCreate %s - %d error(s), %d warning(s)";
+// A failed tool that printed nothing: the source, then the exit code.
+inline constexpr char kToolExitCode[] = "%s: exit code %d\r\n";
+inline constexpr char kToolNotRun[] = "%s: the assembler could not be run\r\n";
+// A source that wrote the same object as an earlier one: the source, the
+// object, the earlier source, the source's new object.
+inline constexpr char kObjectRenamed[] = "note: %s shared the object %s with %s; it now writes %s\r\n";
 
 // The target.
 inline constexpr char kArchiving[] = "\r\nlibrarian...\r\n";
@@ -37,6 +43,8 @@ inline constexpr char kImageSummary[] = "\r\n\r\n%s.axf created - %d error(s), %
 
 // The post-link step.
 inline constexpr char kFromElfStarted[] = "\n\nFromELF...";
+// A library target that asks for fromelf: the archive's name.
+inline constexpr char kFromElfSkipped[] = "\n\nFromELF skipped: %s is an archive, not an image.\r\n";
 inline constexpr char kTranslationDone[] = "\n\nTranslation to %s format successful.";
 inline constexpr char kTranslationFailed[] = "\n\n%s\nTranslation to %s format failed.";
 inline constexpr char kUserCommand[] = "\n\nUser Command:%s\r\n";

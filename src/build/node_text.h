@@ -13,7 +13,7 @@ using config::FileTypeOf;
 using config::Text;
 using platform::EqualsIgnoringCase;
 
-// Calls visit(relative_path, output, own_object) for every source of the
+// Calls visit(node, relative_path, output, own_object) for every source of the
 // project in tree order: each "File" with a "RelativePath" and a kind of 1,
 // 2 or 3. A file whose "Output" is its own path is its own object; every
 // other object lives in the target's folder. Linking and cleaning both
@@ -26,7 +26,7 @@ void ForEachObject(ConfigNode* root, Visit visit) {
         int type = FileTypeOf(n);
         if (relative == nullptr || type < config::kKindC || type > config::kKindCpp) return false;
         std::string output = Text(n, config::kOutputKey);
-        visit(std::string(relative), output, output == relative);
+        visit(n, std::string(relative), output, output == relative);
         return false;
     });
 }

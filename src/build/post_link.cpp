@@ -8,6 +8,8 @@
 #include "build/node_text.h"
 #include "config/path_macros.h"
 #include "config/project_keys.h"
+#include "platform/platform.h"
+#include "platform/text.h"
 
 namespace ads::build {
 
@@ -30,74 +32,96 @@ std::string FromElfExtension(const std::string& switches) {
     return "text";
 }
 
-void BuildEngine::PostLink(const BuildContext& c) {
+bool BuildEngine::PostLink(const BuildContext& c, bool linked) {
     std::string kind = Text(c.configuration, config::kPostLinkKey);
-    if (EqualsIgnoringCase(kind, config::kPostLinkFromElf)) {
-        RunFromElf(c);
-    } else if (EqualsIgnoringCase(kind, config::kPostLinkBatchFile)) {
-        RunBatchFile(c);
-    }
+    if (EqualsIgnoringCase(kind, config::kPostLinkFromElf)) return RunFromElf(c, linked);
+    // What the user's command writes is unknown: it runs after a link of
+    // this build only.
+    if (EqualsIgnoringCase(kind, config::kPostLinkBatchFile)) return !linked || RunBatchFile(c);
+    return true;
 }
 
-void BuildEngine::RunFromElf(const BuildContext& c) {
-    Write(kFromElfStarted);
+std::string BuildEngine::FromElfCommand(const BuildContext& c, std::string* output) const {
     std::string switches = Text(c.configuration, config::kFromElfParamsKey);
     std::string command = c.tools.paths[kExeFromelf] + " " + switches;
-    std::string extension = FromElfExtension(switches);
-    size_t output = switches.find("-output");
-    if (output == std::string::npos) {
+    output->clear();
+    size_t option = switches.find("-output");
+    if (option == std::string::npos) {
         size_t dot = application_file_.rfind('.');
         std::string stem = dot == std::string::npos ? application_file_ : application_file_.substr(0, dot);
-        command += " -output \"" + stem + "." + extension + "\"";
+        *output = stem + "." + FromElfExtension(switches);
+        command += " -output \"" + *output + "\"";
     } else {
         // An explicit output name: without a folder it goes to the target's
-        // output folder ("{Project}" being the project's folder); one with
-        // ":" is taken as it is.
-        size_t start = switches.find_first_not_of(' ', output + 7);
+        // output folder; one with a folder is taken from the project's, one
+        // with ":" as it is.
+        size_t start = switches.find_first_not_of(' ', option + 7);
         if (start != std::string::npos) {
             bool quoted = switches[start] == '"';
             size_t from = quoted ? start + 1 : start;
             size_t end = switches.find(quoted ? '"' : ' ', from);
             if (end == std::string::npos) end = switches.size();
             std::string name = switches.substr(from, end - from);
-            if (name.find('\\') == std::string::npos && name.find(':') == std::string::npos) {
-                std::string dir =
-                    ReplaceAll(Text(c.configuration, config::kOutputDirKey), config::kProjectMacro, c.project_dir);
-                if (!dir.empty() && dir.back() != '\\') dir += '\\';
-                name = dir + name;
+            if (name.find_first_of("\\/") == std::string::npos && !platform::IsAbsolutePath(name)) {
+                name = platform::JoinPath(Location(c).folder, name);
             }
+            *output = platform::IsAbsolutePath(name) ? name : c.project_dir + name;
             std::string rebuilt = switches.substr(0, start) + "\"" + name + "\"" +
                                   switches.substr(quoted && end < switches.size() ? end + 1 : end);
             command = c.tools.paths[kExeFromelf] + " " + rebuilt;
         }
     }
     // fromelf reads the image named last on its command line.
-    command += " \"" + application_file_ + "\"";
-    platform_->files->ChangeDir(c.project_dir);
-    config::ToolRun run = host_->RunTool(command, 8000);
-    if (run.ok && run.exit_code == 0) {
-        Write(Format(kTranslationDone, extension.c_str()));
-    } else {
-        Write(Format(kTranslationFailed, run.output.c_str(), extension.c_str()));
-    }
+    return command + " \"" + application_file_ + "\"";
 }
 
-void BuildEngine::RunBatchFile(const BuildContext& c) {
+bool BuildEngine::OlderThanImage(const std::string& output) const {
+    int64_t image = 0;
+    int64_t converted = 0;
+    // Without an image there is nothing to convert.
+    if (!platform_->files->ModificationTime(application_file_, &image)) return false;
+    return !platform_->files->ModificationTime(output, &converted) || converted < image;
+}
+
+bool BuildEngine::RunFromElf(const BuildContext& c, bool linked) {
+    if (IsLibraryTarget(c.configuration)) {
+        Write(Format(kFromElfSkipped, platform::FileName(application_file_).c_str()));
+        return true;
+    }
+    std::string output;
+    const std::string command = FromElfCommand(c, &output);
+    // A build that linked nothing converts only an image its conversion is
+    // older than.
+    if (!linked && !OlderThanImage(output)) return true;
+    Write(kFromElfStarted);
+    platform_->files->ChangeDir(c.project_dir);
+    config::ToolRun run = host_->RunTool(command, 8000);
+    const std::string extension = FromElfExtension(Text(c.configuration, config::kFromElfParamsKey));
+    if (run.ok && run.exit_code == 0) {
+        Write(Format(kTranslationDone, extension.c_str()));
+        return true;
+    }
+    Write(Format(kTranslationFailed, run.output.c_str(), extension.c_str()));
+    return false;
+}
+
+bool BuildEngine::RunBatchFile(const BuildContext& c) {
     std::string value = Text(c.configuration, config::kBatchFileParamsKey);
     int flag = 0;
     std::vector<char> text(value.size() + 2, '\0');
     // "%d,(%s)": the captured text starts with the "(" and the command ends
     // at the first ")", so a command cannot hold one.
-    if (std::sscanf(value.c_str(), "%d,%[^)])", &flag, text.data()) != 2 || flag != 1) return;
+    if (std::sscanf(value.c_str(), "%d,%[^)])", &flag, text.data()) != 2 || flag != 1) return true;
     std::string command = text.data() + 1;
     Write(Format(kUserCommand, command.c_str()));
     platform_->files->ChangeDir(c.project_dir);
     config::ToolRun run = host_->RunTool(command, 8000);
     if (run.exit_code == 0 && run.ok) {
         Write(run.output);
-    } else {
-        Write(Format(kUserCommandFailed, run.exit_code));
+        return true;
     }
+    Write(Format(kUserCommandFailed, run.exit_code));
+    return false;
 }
 
 }  // namespace ads::build

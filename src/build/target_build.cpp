@@ -9,15 +9,13 @@
 #include "config/path_macros.h"
 #include "config/project_keys.h"
 #include "options/option_error.h"
+#include "platform/folders.h"
+#include "platform/text.h"
 
 namespace ads::build {
 
 namespace {
 const char kArchiveTemplate[] = "-r \"$(ELF)\" $(OBJS)";
-
-bool IsLibrary(const ConfigNode* configuration) {
-    return EqualsIgnoringCase(Text(configuration, config::kLinkerNameKey), config::kLinkerArmar);
-}
 
 std::string ProjectName(const ConfigNode* root) { return Text(root, config::kNameKey); }
 }  // namespace
@@ -32,6 +30,8 @@ int BuildEngine::CompileFile(const BuildContext& c, ConfigNode* file) {
     parser_->ResetCounters();
     const char* name = file->Root()->GetAttribute(config::kNameKey);
     Write(Format(kBanner, name ? name : kUnnamedProject, c.target.c_str()));
+
+    GiveDistinctObjects(c);
 
     if (!host_->IsOutOfDate(c.target, file)) {
         const char* output = file->GetAttribute(config::kOutputKey);
@@ -49,14 +49,19 @@ int BuildEngine::CompileFile(const BuildContext& c, ConfigNode* file) {
 
     if (type_text == nullptr || type != config::kKindAsm) {
         // C and C++ files: the host translates them, asking for the command.
-        if (!host_->TranslateFile(c.target, file)) return 0;
+        // A translation that failed is an error, whatever its output said.
+        const bool translated = host_->TranslateFile(c.target, file);
+        if (!translated && parser_->errors() == 0) parser_->CountFailedCommand();
         const char* output = file->GetAttribute(config::kOutputKey);
         if (output == nullptr) return 0;
         Write(Format(kCreateSummary, output, parser_->errors(), parser_->warnings()));
-        return 1;
+        return translated ? 1 : 0;
     }
+    return AssembleFile(c, file);
+}
 
-    // Assembler files are assembled here.
+// Assembler files are assembled here, not by the host.
+int BuildEngine::AssembleFile(const BuildContext& c, ConfigNode* file) {
     const char* relative = file->GetAttribute(config::kRelativePathKey);
     if (relative == nullptr) return 0;
     std::string path = relative;
@@ -87,39 +92,35 @@ int BuildEngine::CompileFile(const BuildContext& c, ConfigNode* file) {
     // The assembler's output is read through a 1024-byte buffer: the rest
     // is lost.
     config::ToolRun run = host_->RunTool(line, 1024);
-    if (run.ok) {
-        parser_->ResetLineState();
-        parser_->ClearLinkStep();
-        Write(parser_->Parse(run.output.data(), run.output.size()));
+    parser_->ResetLineState();
+    parser_->ClearLinkStep();
+    const bool failed = !run.ok || run.exit_code != 0;
+    std::string text = run.output;
+    if (failed && platform::Trim(text).empty()) {
+        text = run.ok ? Format(kToolExitCode, relative, run.exit_code) : Format(kToolNotRun, relative);
     }
+    Write(parser_->ParseRun(text.data(), text.size(), failed));
     if (output == nullptr) return 0;
     Write(Format(kCreateSummary, output, parser_->errors(), parser_->warnings()));
-    return 1;
-}
-
-std::string BuildEngine::ImageName(const BuildContext& c, bool library) const {
-    std::string user = Text(c.configuration, config::kUserAppFileKey);
-    return (user.empty() ? ProjectName(c.project_root) : user) + (library ? ".a" : ".axf");
+    return run.ok ? 1 : 0;
 }
 
 std::string BuildEngine::ObjectList(const BuildContext& c) {
     std::string list;
-    ForEachObject(c.project_root, [&](const std::string&, const std::string& output, bool own) {
+    ForEachObject(c.project_root, [&](ConfigNode*, const std::string&, const std::string& output, bool own) {
         list += own ? " \"" + output + "\"" : " \".\\" + c.target + "\\" + output + "\"";
     });
     return list;
 }
 
-std::string BuildEngine::ImagePath(const BuildContext& c, bool library, std::string* full_path) const {
-    std::string name = ImageName(c, library);
-    std::string output_dir = Text(c.configuration, config::kOutputDirKey);
-    if (output_dir == config::kProjectMacro) {
-        *full_path = Format("%s%s\\%s", c.project_dir.c_str(), c.target.c_str(), name.c_str());
-        return Format(".\\%s\\%s", c.target.c_str(), name.c_str());
-    }
-    std::string dir = ReplaceAll(output_dir, config::kProjectMacro, c.project_dir);
-    *full_path = Format("%s\\%s", dir.c_str(), name.c_str());
-    return *full_path;
+OutputLocation BuildEngine::Location(const BuildContext& c) const {
+    return LocateOutput(c.configuration, ProjectName(c.project_root), c.target, Macros(c));
+}
+
+void BuildEngine::MakeOutputFolder(const OutputLocation& location) {
+    platform::MakeFoldersOf(*platform_->files, location.folder);
+    uint32_t error = platform_->files->MakeDir(location.folder);
+    if (error != 0 && error != platform::kErrorAlreadyExists) Write(kCreateFolderFailed);
 }
 
 bool BuildEngine::RootCommand(const BuildContext& c, std::string* text) {
@@ -129,7 +130,7 @@ bool BuildEngine::RootCommand(const BuildContext& c, std::string* text) {
         return false;
     }
     if (c.configuration == nullptr) return false;
-    bool library = IsLibrary(c.configuration);
+    bool library = IsLibraryTarget(c.configuration);
     std::string command;
     if (library) {
         Write(kArchiving);
@@ -141,8 +142,9 @@ bool BuildEngine::RootCommand(const BuildContext& c, std::string* text) {
         command = c.tools.paths[kExeArmlink] + " " +
                   CommandTemplate(c, config::kLinkParamKey, config::kDefaultLinkTemplate);
     }
-    std::string elf = ImagePath(c, library, &application_file_);
-    command = ReplaceAll(command, "$(ELF)", elf);
+    const OutputLocation location = Location(c);
+    application_file_ = location.full_path;
+    command = ReplaceAll(command, "$(ELF)", location.command_path);
     command = ReplaceAll(command, "$(OBJS)", ObjectList(c));
 
     std::string linker = Text(c.configuration, config::kLinkerParamsKey);
@@ -168,6 +170,7 @@ bool BuildEngine::RootCommand(const BuildContext& c, std::string* text) {
     }
     command = ReplaceAll(command, "$(ADS_LNKPARAM)", linker);
     *text = command;
+    link_given_ = true;
     return true;
 }
 
@@ -192,31 +195,29 @@ int BuildEngine::BuildTarget(const BuildContext& c, uintptr_t arg) {
         Write(kNoProjectOrTarget);
         return 0;
     }
-    std::string output_dir = Text(c.configuration, config::kOutputDirKey);
-    std::string image;
-    if (!output_dir.empty() && output_dir != config::kProjectMacro) {
-        uint32_t error = platform_->files->MakeDir(output_dir);
-        if (error != 0 && error != platform::kErrorAlreadyExists) Write(kCreateFolderFailed);
-        image = output_dir + "\\" + project + ".axf";
-    } else {
-        image = ".\\" + c.target + "\\" + project + ".axf";
-    }
+    const OutputLocation location = Location(c);
+    MakeOutputFolder(location);
     Write(Format(kBanner, project.c_str(), c.target.c_str()) + Format(kBuildTargetLine, c.target.c_str()));
+    GiveDistinctObjects(c);
     // The image the post-link step converts, also when the make finds
     // nothing to link.
-    ImagePath(c, IsLibrary(c.configuration), &application_file_);
-    bool made = host_->MakeTarget(c.target, c.project_root);
-    if (made && Text(c.configuration, config::kAppFileKey) != image) {
-        config::EditNode(*host_, c.configuration,
-                         [&](ConfigNode* e) { e->SetAttribute(config::kAppFileKey, image.c_str()); });
+    application_file_ = location.full_path;
+    link_given_ = false;
+    const bool made = host_->MakeTarget(c.target, c.project_root);
+    if (made && Text(c.configuration, config::kAppFileKey) != location.command_path) {
+        config::EditNode(*host_, c.configuration, [&](ConfigNode* e) {
+            e->SetAttribute(config::kAppFileKey, location.command_path.c_str());
+        });
     }
-    const char* kind = IsLibrary(c.configuration) ? kLibrarySummary : kImageSummary;
+    if (!made && parser_->errors() == 0) {
+        // The make failed where the parser saw no error: still a failure.
+        parser_->CountFailedCommand();
+        Write(kTargetNotCreated);
+    }
+    const char* kind = IsLibraryTarget(c.configuration) ? kLibrarySummary : kImageSummary;
     Write(Format(kind, project.c_str(), parser_->errors(), parser_->warnings()));
-    if (parser_->errors() < 1) {
-        PostLink(c);
-        return 1;
-    }
-    return 0;
+    if (parser_->errors() >= 1) return 0;
+    return PostLink(c, link_given_) ? 1 : 0;
 }
 
 }  // namespace ads::build

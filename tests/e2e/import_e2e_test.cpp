@@ -78,7 +78,7 @@ TEST_F(ImportTest, TheExampleExportBecomesAProjectThatBuilds) {
     EXPECT_NE(std::string::npos, r.output.find("blinky.axf created - 0 error(s), 1 warning(s)")) << r.output;
     EXPECT_NE(std::string::npos, r.output.find("Translation to bin format successful.")) << r.output;
     EXPECT_TRUE(Exists("Debug/blinky.axf"));
-    EXPECT_TRUE(Exists("blinky.bin"));
+    EXPECT_TRUE(Exists("Debug/blinky.bin")) << "a bare -output name goes to the target's folder";
     r = Orvhost({"build", "blinky.orv", "--target", "ThumbLib"});
     EXPECT_EQ(0, r.status) << r.output;
     EXPECT_NE(std::string::npos, r.output.find("blinky.a created - 0 error(s), 1 warning(s)")) << r.output;

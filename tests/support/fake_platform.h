@@ -75,6 +75,7 @@ public:
     std::string cwd = "C:\\work";
     std::string windows_directory = "C:\\WINDOWS";
     int lists = 0;  // how often a folder was listed
+    std::map<std::string, int64_t> times;  // files that exist with this time; others in `files` have 0
 
     void Add(const std::string& path, const std::string& text = std::string()) {
         files.insert(path);
@@ -149,8 +150,9 @@ public:
     }
     std::string WindowsDirectory() override { return windows_directory; }
     bool ModificationTime(const std::string& path, int64_t* time) override {
-        *time = 0;
-        return files.count(path) > 0;
+        auto it = times.find(path);
+        *time = it == times.end() ? 0 : it->second;
+        return files.count(path) > 0 || it != times.end();
     }
     bool ReadFile(const std::string& path, std::string* text) override {
         if (files.count(path) == 0) return false;

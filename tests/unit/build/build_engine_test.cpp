@@ -213,10 +213,12 @@ protected:
                 if (engine.CommandFor(context, f, &command)) host.Write(parser.Parse(compile_output.data(), compile_output.size()));
             }
             std::string link;
-            if (engine.CommandFor(context, project, &link)) host.Write(parser.Parse(link_output.data(), link_output.size()));
-            return true;
+            if (links && engine.CommandFor(context, project, &link)) host.Write(parser.Parse(link_output.data(), link_output.size()));
+            return made;
         };
     }
+    bool links = true;  // false: the make finds the image up to date
+    bool made = true;   // what the make answers
     std::string compile_output;
     std::string link_output = "Finished: 0 information, 0 warning and 0 error messages.\n";
 };
@@ -263,10 +265,16 @@ TEST_F(BuildTargetTest, RefusalsWithoutToolsOrProject) {
     EXPECT_EQ("current Project Name and current target can't be none!\n", host.pane);
 }
 
-TEST_F(BuildTargetTest, ALibraryIsSummarisedAsOne) {
+TEST_F(BuildTargetTest, ALibraryIsSummarisedAsOneNeverConvertedAndCleanedAway) {
     target->SetAttribute("ADS_LinkerName", "ARM Librarian");
-    engine.BuildTarget(context, 1);
-    EXPECT_TRUE(Has(host.pane, "\r\n\r\ndemo.a created - 0 error(s), 0 warning(s)")) << host.pane;
+    target->SetAttribute("ADS_PostLnk", "ARM fromELF");
+    EXPECT_EQ(1, engine.BuildTarget(context, 1));
+    EXPECT_TRUE(Has(host.pane, "\r\n\r\ndemo.a created - 0 error(s), 0 warning(s)\n\nFromELF skipped: demo.a is")) << host.pane;
+    EXPECT_FALSE(Has(host.runs.back(), "fromelf")) << host.runs.back();
+    EXPECT_STREQ(".\\Debug\\demo.a", target->GetAttribute("AppFile"));
+    fake.files.files = {".\\Debug\\demo.a"};
+    engine.Clean(context);
+    EXPECT_TRUE(fake.files.files.empty());
 }
 
 TEST_F(BuildTargetTest, TheUserCommandRunsOnlyWhenEnabledAndHidesAFailuresOutput) {
@@ -290,10 +298,70 @@ TEST_F(BuildTargetTest, TheUserCommandRunsOnlyWhenEnabledAndHidesAFailuresOutput
         host.runs.clear();
         host.answers.clear();
         host.answers["post.bat"] = config::ToolRun{true, row.exit_code, "all done\n"};
-        engine.BuildTarget(context, 1);
+        EXPECT_EQ(row.exit_code == 0 ? 1 : 0, engine.BuildTarget(context, 1)) << row.value;
         std::string tail = host.pane.substr(host.pane.find("warning(s)") + 10);
         EXPECT_EQ(row.expected ? row.expected : "", tail) << row.value;
     }
+}
+
+TEST_F(BuildTargetTest, ThePostLinkStepFollowsOnlyAGoodMakeThatLinkedOrLeftTheConversionOld) {
+    const std::string image = "C:\\proj\\Debug\\demo.axf", binary = "C:\\proj\\Debug\\demo.bin";
+    target->SetAttribute("ADS_FromELFParam", " -bin");
+    target->SetAttribute("ADS_OUTPUT_DIR", "");  // the target's folder, as "{Project}"
+    struct Row {
+        const char *what, *post_link;
+        bool made, links;
+        int64_t image_time, output_time;  // -1: no such file
+        int tool_exit, runs, built;
+    } rows[] = {
+        {"after a link", "ARM fromELF", true, true, 10, 20, 0, true, 1},
+        {"conversion newer than the image", "ARM fromELF", true, false, 10, 20, 0, false, 1},
+        {"conversion older than the image", "ARM fromELF", true, false, 20, 10, 0, true, 1},
+        {"no conversion yet", "ARM fromELF", true, false, 20, -1, 0, true, 1},
+        {"no image", "ARM fromELF", true, false, -1, -1, 0, false, 1},
+        {"a failed conversion", "ARM fromELF", true, true, 10, -1, 2, true, 0},
+        {"a failed make without a parsed error", "ARM fromELF", false, true, 10, -1, 0, false, 0},
+        {"a user command without a link", "Batch File Runner", true, false, 20, -1, 0, false, 1},
+    };
+    for (const Row& row : rows) {
+        target->SetAttribute("ADS_PostLnk", row.post_link);
+        target->SetAttribute("ADS_BatchFileParam", "1,(post.bat)");
+        made = row.made;
+        links = row.links;
+        fake.files.times.clear();
+        if (row.image_time >= 0) fake.files.times[image] = row.image_time;
+        if (row.output_time >= 0) fake.files.times[binary] = row.output_time;
+        host.answers = {{"fromelf", config::ToolRun{true, row.tool_exit, ""}}};
+        host.runs.clear();
+        EXPECT_EQ(row.built, engine.BuildTarget(context, 1)) << row.what;
+        EXPECT_EQ(row.made ? 0 : 1, parser.errors()) << row.what;
+        EXPECT_EQ(row.runs, Has(host.runs.back(), "fromelf") || Has(host.runs.back(), "post.bat")) << row.what;
+    }
+}
+
+TEST_F(BuildTargetTest, EveryUseOfTheOutputFolderReadsItTheSameWay) {
+    target->SetAttribute("ADS_OUTPUT_DIR", "{Project}\\sub\\out\\");
+    target->SetAttribute("ADS_USRAPPFILE", "app");
+    target->SetAttribute("ADS_PostLnk", "ARM fromELF");
+    target->SetAttribute("ADS_FromELFParam", " -bin -output x.bin");
+    EXPECT_EQ(1, engine.BuildTarget(context, 1));
+    EXPECT_EQ((std::vector<std::string>{"C:\\proj", "C:\\proj\\sub", "C:\\proj\\sub\\out", "C:\\proj\\Debug"}),
+              fake.files.created);
+    EXPECT_EQ("C:\\ADS\\Bin\\fromelf.exe  -bin -output \"C:\\proj\\sub\\out\\x.bin\" \"C:\\proj\\sub\\out\\app.axf\"",
+              host.runs.back());
+    EXPECT_STREQ("C:\\proj\\sub\\out\\app.axf", target->GetAttribute("AppFile"));
+    fake.files.files = {"C:\\proj\\sub\\out\\app.axf"};
+    engine.Clean(context);
+    EXPECT_TRUE(fake.files.files.empty());
+}
+
+TEST_F(BuildTargetTest, ALaterSourceSharingAnObjectGetsItsOwn) {
+    AddFile("a\\util.c", 1, "util.o");
+    AddFile("util_2.c", 1, "util_2.o");
+    ConfigNode* later = AddFile("b\\UTIL.c", 1, "Util.o");
+    engine.BuildTarget(context, 1);
+    EXPECT_STREQ("UTIL_3.o", later->GetAttribute("Output"));
+    EXPECT_TRUE(Has(host.pane, "note: b\\UTIL.c shared the object Util.o with a\\util.c; it now writes UTIL_3.o\r\n"));
 }
 
 TEST_F(EngineTest, CleaningDeletesObjectsAndTheImageAndReportsRefusals) {
@@ -328,6 +396,28 @@ TEST_F(EngineTest, CompilingAnUpToDateFilePrintsExactlyThreeLines) {
     context.tools.found = false;
     EXPECT_EQ(0, engine.CompileFile(context, f));
     EXPECT_EQ(std::vector<std::string>{"Could't find ADS compiler tools!"}, fake.ui.messages);
+}
+
+TEST_F(EngineTest, ASingleFileCompileThatFailsCountsAnErrorAndShowsWhy) {
+    ConfigNode* s = AddFile("start.s", 2, "start.o");
+    struct Row {
+        bool started;
+        int exit_code;
+        const char *output, *shown;
+    } rows[] = {
+        {true, 1, "Fatal error: A3900U: Unrecognized option '-zz'.", "Fatal error: A3900U: Unrecognized option '-zz'.\r\n"},
+        {true, 3, "", "start.s: exit code 3\r\n"},
+        {false, -1, "", "start.s: the assembler could not be run\r\n"},
+    };
+    for (const Row& row : rows) {
+        host.pane.clear();
+        host.answers["armasm.exe"] = config::ToolRun{row.started, row.exit_code, row.output};
+        engine.CompileFile(context, s);
+        EXPECT_TRUE(Has(host.pane, std::string(row.shown) + "\r\nCreate start.o - 1 error(s)")) << host.pane;
+    }
+    host.translate = false;
+    EXPECT_EQ(0, engine.CompileFile(context, AddFile("main.c", 1, "main.o")));
+    EXPECT_TRUE(Has(host.pane, "Create main.o - 1 error(s)")) << host.pane;
 }
 
 TEST_F(EngineTest, AnAssemblerFileIsAssembledHereThroughASmallBuffer) {
