@@ -33,6 +33,11 @@ const std::pair<std::string, std::string> kMain = {
     "src/main.c", "#include \"local.h\"\nint main(void) { return LOCAL; }\n"};
 const std::pair<std::string, std::string> kLocal = {"src/local.h", "#define LOCAL 1\n"};
 const std::pair<std::string, std::string> kUtil = {"src/util.c", "int util(void) { return 2; }\n"};
+#ifdef _WIN32
+const std::string kUtilPath = "src\\util.c";
+#else
+const std::string kUtilPath = "src/util.c";
+#endif
 const std::pair<std::string, std::string> kStart = {"start.s", "  AREA start, CODE\n  END\n"};
 
 TEST_F(BuildTest, BadInputIsRefusedBeforeAnythingIsBuilt) {
@@ -106,10 +111,11 @@ TEST_F(BuildTest, ErrorsFailTheBuildAndLeaveTheTargetUnlinked) {
     EXPECT_NE(std::string::npos, r.output.find("demo.axf created - 1 error(s)")) << r.output;
     EXPECT_FALSE(Exists("Debug/demo.axf"));
 
-    // Still failing: only the broken file again.
-    r = Orvhost({"build", "demo.orv"});
+    // Still failing: only the broken file again, its line as editors read it.
+    r = Orvhost({"build", "demo.orv", "--diagnostics", "gnu"});
     EXPECT_EQ(1, r.status) << r.output;
     EXPECT_EQ(1u, Count(r.output, "compiling ")) << r.output;
+    EXPECT_NE(std::string::npos, r.output.find(kUtilPath + ":1: error: C2456E: undeclared name")) << r.output;
 
     Write("src/util.c", "int util(void) { return 2; }\n");
     r = Orvhost({"build", "demo.orv"});
@@ -142,6 +148,20 @@ TEST_F(BuildTest, AParallelBuildKeepsTheMessagesInFileOrder) {
     Outcome serial = Orvhost({"build", "demo.orv", "-j1", "--rebuild"});
     ASSERT_EQ(0, serial.status) << serial.output;
     EXPECT_NE(std::string::npos, serial.output.find("demo.axf created - 0 error(s), 8 warning(s)")) << serial.output;
+}
+
+TEST_F(BuildTest, AFailedPostLinkStepFailsTheBuild) {
+    if (!HaveTools()) GTEST_SKIP() << "the simulated tools are not built: " << tools;
+    MakeProject({kUtil});
+    const std::string failing = "1,(" + platform::QuoteArgument(tools + "/fromelf.exe") + " -bogus)";
+    ASSERT_EQ(0, Orvhost({"set", "demo.orv", "ADS_BatchFileParam", failing, "--target", "Debug"}).status);
+    ASSERT_EQ(0, Orvhost({"set", "demo.orv", "ADS_FromELFParam", " -bogus", "--target", "Debug"}).status);
+    for (const char* step : {"Batch File Runner", "ARM fromELF"}) {
+        ASSERT_EQ(0, Orvhost({"set", "demo.orv", "ADS_PostLnk", step, "--target", "Debug"}).status);
+        Outcome r = Orvhost({"build", "demo.orv"});
+        EXPECT_EQ(1, r.status) << step << "\n" << r.output;
+        EXPECT_NE(std::string::npos, r.output.find("demo.axf created - 0 error(s)")) << r.output;
+    }
 }
 
 TEST_F(BuildTest, ARebuildRequestOfTheProjectIsHonouredAndConsumed) {
