@@ -40,6 +40,9 @@ const Command kCommands[] = {
     {"export-compile-commands", "PROJECT",
      "write compile_commands.json beside the project, the C and C++ commands as clangd understands them", 1, 1,
      {kTarget}, CommandExportCompileCommands},
+    {"parse", "", "read a tool's captured output on standard input, print it as the output pane shows it and "
+                  "then errors=N warnings=M as the plug-in counted them; exit status 1 when N is not 0", 0, 0,
+     {{"--link", nullptr, nullptr, "read it as the linker's or the librarian's output"}}, CommandParse},
     {"import", "EXPORT PROJECT",
      "make a new project from a CodeWarrior XML export (targets, tool options, files), saying what could not "
      "be taken over", 2, 2, {}, CommandImport},

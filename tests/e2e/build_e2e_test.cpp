@@ -164,6 +164,27 @@ TEST_F(BuildTest, AFailedPostLinkStepFailsTheBuild) {
     }
 }
 
+TEST_F(BuildTest, ParseShowsACapturedOutputAsThePaneDoesWithThePluginsCounts) {
+#ifdef _WIN32
+    GTEST_SKIP() << "the output is handed over by a POSIX shell";
+#endif
+    struct Row { const char* name; std::string input, option, expected; int status; };
+    const Row rows[] = {
+        {"compiler output", "\"src\\a.c\", line 3: Error: C2456E: undeclared\r\nsrc\\a.c: 0 warnings, 1 error\r\n", "",
+         "src\\a.c(3): Error: C2456E: undeclared\r\nerrors=1 warnings=0\n", 1},
+        {"linker output", "Warning: L6306W: w\nFinished: 0 information, 2 warning and 0 error messages.\n", " --link",
+         "Warning: L6306W: w\nerrors=0 warnings=2\n", 0},
+        {"no last line end", "Error: L6218E: x", " --link", "Error: L6218E: x\nerrors=0 warnings=0\n", 0},
+    };
+    for (const Row& row : rows) {
+        Write("log.txt", row.input);
+        const std::string line = platform::QuoteArgument(exe) + " parse" + row.option + " < log.txt";
+        platform::RunResult r = platform::System().runner->Run("sh -c " + platform::QuoteArgument(line), dir, 1 << 16);
+        EXPECT_EQ(row.status, r.exit_code) << row.name;
+        EXPECT_EQ(row.expected, r.output) << row.name;
+    }
+}
+
 TEST_F(BuildTest, ARebuildRequestOfTheProjectIsHonouredAndConsumed) {
     if (!HaveTools()) GTEST_SKIP() << "the simulated tools are not built: " << tools;
     MakeProject({kMain, kLocal, kUtil});
