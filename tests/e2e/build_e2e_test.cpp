@@ -164,6 +164,23 @@ TEST_F(BuildTest, AFailedPostLinkStepFailsTheBuild) {
     }
 }
 
+TEST_F(BuildTest, AnAssemblerSourceIsAssembledAgainWhenAFileItGetsChanges) {
+    if (!HaveTools()) GTEST_SKIP() << "the simulated tools are not built: " << tools;
+    Write("inc/defs.s", "X EQU 1\n");
+    MakeProject({kUtil});
+    Write("start.s", "  AREA start, CODE\n  GET defs.s\n  END\n");
+    Outcome r = Orvhost({"add-file", "demo.orv", "start.s"});
+    EXPECT_NE(std::string::npos, r.output.find("added assembler file 'start.s' (object start.o)")) << r.output;
+    ASSERT_EQ(0, Orvhost({"set", "demo.orv", "SearchPath", " -I\"inc\" ", "--target", "Debug"}).status);
+    ASSERT_EQ(0, Orvhost({"build", "demo.orv"}).status);
+
+    Age("inc/defs.s", 5);
+    r = Orvhost({"build", "demo.orv"});
+    EXPECT_EQ(0, r.status) << r.output;
+    EXPECT_EQ(1u, Count(r.output, "compiling ")) << r.output;
+    EXPECT_NE(std::string::npos, r.output.find("compiling start.s...")) << r.output;
+}
+
 TEST_F(BuildTest, ParseShowsACapturedOutputAsThePaneDoesWithThePluginsCounts) {
 #ifdef _WIN32
     GTEST_SKIP() << "the output is handed over by a POSIX shell";
