@@ -13,6 +13,9 @@ namespace ads::host {
 namespace {
 
 const CommandOption kTarget = {"--target", "NAME", "a name", "the target to work on (default: the first)"};
+const CommandOption kDiagnostics = {"--diagnostics", "FORMAT", "a format (gnu or pane)",
+                                    "gnu: each diagnostic as FILE:LINE: error: ... (FILE as seen from the current "
+                                    "folder), which editors read; pane (default): as the output pane shows it"};
 
 // Every command of orvhost, in the order the help lists them.
 const Command kCommands[] = {
@@ -27,14 +30,19 @@ const Command kCommands[] = {
     {"options", "PROJECT", "print the option string each tool gets (armasm, armcc, armcpp, tcc, tcpp); "
                            "exit status 1 when one cannot be made", 1, 1,
      {kTarget, {"--file", "PATH", "a path", "the options of this file of the project"}}, CommandOptions},
-    {"build", "PROJECT", "build a target: the files that changed, then the image or library", 1, 1,
+    {"build", "PROJECT", "build a target: the files that changed, then the image or library, then the post-link "
+                         "step; exit status 1 when any of them failed", 1, 1,
      {kTarget, {"-j", "N", "a number of jobs", "run N file commands at once"},
-      {"--rebuild", nullptr, nullptr, "build every file, changed or not"}}, CommandBuild},
-    {"compile", "PROJECT FILE", "compile or assemble one file when it changed", 2, 2, {kTarget}, CommandCompile},
+      {"--rebuild", nullptr, nullptr, "build every file, changed or not"}, kDiagnostics}, CommandBuild},
+    {"compile", "PROJECT FILE", "compile or assemble one file when it changed", 2, 2, {kTarget, kDiagnostics},
+     CommandCompile},
     {"clean", "PROJECT", "delete a target's objects and image", 1, 1, {kTarget}, CommandClean},
     {"export-compile-commands", "PROJECT",
      "write compile_commands.json beside the project, the C and C++ commands as clangd understands them", 1, 1,
      {kTarget}, CommandExportCompileCommands},
+    {"parse", "", "read a tool's captured output on standard input, print it as the output pane shows it and "
+                  "then errors=N warnings=M as the plug-in counted them; exit status 1 when N is not 0", 0, 0,
+     {{"--link", nullptr, nullptr, "read it as the linker's or the librarian's output"}}, CommandParse},
     {"import", "EXPORT PROJECT",
      "make a new project from a CodeWarrior XML export (targets, tool options, files), saying what could not "
      "be taken over", 2, 2, {}, CommandImport},

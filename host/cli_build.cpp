@@ -2,11 +2,13 @@
 // that run the plug-in's build entries over orvhost's make engine.
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <memory>
 
 #include "cli_commands.h"
 #include "cli_support.h"
 #include "compile_commands.h"
+#include "gnu_diagnostics.h"
 #include "make_engine.h"
 
 namespace ads::host {
@@ -49,24 +51,83 @@ int ParseJobs(const std::string& text) {
     return jobs;
 }
 
-// The digits of the last " - N error(s)" in a pane text, the form of the
-// plug-in's summary lines; -1 when it has none.
-int SummaryErrors(const std::string& text) {
-    static const std::string kTail = " error(s), ";
-    for (size_t at = text.rfind(kTail); at != std::string::npos && at > 0; at = text.rfind(kTail, at - 1)) {
-        size_t digits = at;
-        while (digits > 0 && text[digits - 1] >= '0' && text[digits - 1] <= '9') --digits;
-        if (digits == at || digits < 3 || text.compare(digits - 3, 3, " - ") != 0) continue;
-        return std::atoi(text.substr(digits, at - digits).c_str());
-    }
-    return -1;
+// How build and compile print the output pane's diagnostics.
+enum class DiagnosticsFormat { kPane, kGnu };
+
+DiagnosticsFormat DiagnosticsOf(const Arguments& args) {
+    const std::string format = args.Has("--diagnostics") ? args.Value("--diagnostics") : "pane";
+    if (format == "gnu") return DiagnosticsFormat::kGnu;
+    if (format != "pane") Fail("--diagnostics takes gnu or pane, not '" + format + "'");
+    return DiagnosticsFormat::kPane;
 }
+
+// What a build's host slots see beside the make engine: whether a command
+// that the plug-in ran on its own failed (the post-link step, fromelf or the
+// user's command, and the assembler of a single-file compile), and the pane
+// text, rewritten for --diagnostics gnu. The commands run inside the make
+// engine's slots (the -M scans among them) are the engine's to judge. The
+// plug-in calls host slots without a context: the one build that taps them
+// is kept here, and the host's own slots still do the work.
+class SlotTaps {
+public:
+    SlotTaps(PluginInterface* table, const GnuDiagnostics* gnu) : table_(table), saved_(*table), gnu_(gnu) {
+        active_ = this;
+        table->RunTool = &SlotTaps::RunTool;
+        table->MakeTarget = &SlotTaps::MakeTarget;
+        table->TranslateFile = &SlotTaps::TranslateFile;
+        if (gnu != nullptr) table->WriteOutput = &SlotTaps::WriteOutput;
+    }
+    ~SlotTaps() {
+        table_->RunTool = saved_.RunTool;
+        table_->MakeTarget = saved_.MakeTarget;
+        table_->TranslateFile = saved_.TranslateFile;
+        table_->WriteOutput = saved_.WriteOutput;
+        active_ = nullptr;
+    }
+    SlotTaps(const SlotTaps&) = delete;
+    SlotTaps& operator=(const SlotTaps&) = delete;
+
+    bool command_failed() const { return command_failed_; }
+
+private:
+    static AdsWord ADS_CALL RunTool(const char* command, AdsWord handle, char* buffer, int size, AdsWord* exit_code) {
+        AdsWord code = 0;
+        const AdsWord started = active_->saved_.RunTool(command, handle, buffer, size, &code);
+        if (exit_code != nullptr) *exit_code = code;
+        if (active_->in_make_ == 0 && (started == 0 || code != 0)) active_->command_failed_ = true;
+        return started;
+    }
+    static int ADS_CALL MakeTarget(const char* target, ConfigNode* project) {
+        ++active_->in_make_;
+        const int made = active_->saved_.MakeTarget(target, project);
+        --active_->in_make_;
+        return made;
+    }
+    static int ADS_CALL TranslateFile(const char* target, ConfigNode* file) {
+        ++active_->in_make_;
+        const int translated = active_->saved_.TranslateFile(target, file);
+        --active_->in_make_;
+        return translated;
+    }
+    static AdsWord ADS_CALL WriteOutput(const char* text, AdsWord pane) {
+        if (text == nullptr) return active_->saved_.WriteOutput(text, pane);
+        return active_->saved_.WriteOutput(active_->gnu_->Rewrite(text).c_str(), pane);
+    }
+
+    static inline SlotTaps* active_ = nullptr;
+    PluginInterface* table_;
+    const PluginInterface saved_;
+    const GnuDiagnostics* gnu_;
+    int in_make_ = 0;
+    bool command_failed_ = false;
+};
 
 // One command's work on one project: the project, the plug-in with the
 // make engine behind its host slots, and the target made current.
 class BuildSession {
 public:
-    explicit BuildSession(platform::Platform& platform) : s(platform) {}
+    explicit BuildSession(platform::Platform& platform)
+        : s(platform), current_folder_(platform.files->CurrentDirectory()) {}
     ~BuildSession() { s.host_.SetMakeEngine(nullptr); }
 
     // Everything that can be refused is checked here, before the plug-in
@@ -108,15 +169,16 @@ public:
         return platform::IsAbsolutePath(relative) ? relative : s.project_dir_ + "\\" + relative;
     }
 
-    void LoadPlugin() {
+    void LoadPlugin(DiagnosticsFormat format = DiagnosticsFormat::kPane) {
         s.LoadPlugin(true);
         engine_ = std::make_unique<MakeEngine>(s.platform_, s.host_.table(), s.full_path_);
         s.host_.SetMakeEngine(engine_.get());
+        if (format == DiagnosticsFormat::kGnu) {
+            gnu_ = std::make_unique<GnuDiagnostics>(*s.platform_.files, s.project_dir_, current_folder_);
+        }
+        taps_ = std::make_unique<SlotTaps>(s.host_.table(), gnu_.get());
         s.host_.SetPaneObserver([this](const char* text) {
-            const std::string pane = text;
-            int errors = SummaryErrors(pane);
-            if (errors >= 0) reported_errors_ = errors;
-            if (pane.find(kCleanError) != std::string::npos) clean_failed_ = true;
+            if (std::strstr(text, kCleanError) != nullptr) clean_failed_ = true;
         });
         s.EnterProject();
         s.host_.table()->SetCurrentTarget(reinterpret_cast<AdsWord>(s.root_.get()), target_.c_str());
@@ -140,12 +202,15 @@ public:
     }
 
     // After a build or compile entry of the plug-in, which answered
-    // `handled`: failed when it handled nothing or anything went wrong. Its
-    // summary line has no line end of its own.
+    // `handled`: failed when it handled nothing, when the plug-in counted an
+    // error, or when a command of the build failed. Its summary line has no
+    // line end of its own.
     int FinishBuild(int handled) {
-        const bool errors = handled == 0 || engine_->failed() || reported_errors_ > 0;
+        BuildCounts counts;
+        const bool counted_errors = ReadBuildCounts(plugin(), &counts) && counts.errors > 0;
+        const bool failed = handled == 0 || counted_errors || engine_->failed() || taps_->command_failed();
         std::fputs("\n", stdout);
-        return Finish(errors ? 1 : 0);
+        return Finish(failed ? 1 : 0);
     }
 
     bool RebuildRequested() const {
@@ -155,10 +220,12 @@ public:
     }
 
     Session s;
+    const std::string current_folder_;  // where orvhost was started
     std::unique_ptr<MakeEngine> engine_;
+    std::unique_ptr<GnuDiagnostics> gnu_;
+    std::unique_ptr<SlotTaps> taps_;  // released before the plug-in
     ConfigNode* target_node_ = nullptr;
     std::string target_;
-    int reported_errors_ = -1;
     bool clean_failed_ = false;
 };
 
@@ -167,11 +234,12 @@ public:
 int CommandBuild(const Arguments& args, platform::Platform& platform) {
     const Request a = RequestOf(args);
     const int jobs = args.Has("-j") ? ParseJobs(args.Value("-j")) : 1;
+    const DiagnosticsFormat format = DiagnosticsOf(args);
     BuildSession b(platform);
     b.Open(a);
     // Read before the build consumes the request.
     const bool rebuild = args.Has("--rebuild") || b.RebuildRequested();
-    b.LoadPlugin();
+    b.LoadPlugin(format);
     b.engine_->SetJobs(jobs);
     b.engine_->SetRebuild(rebuild);
     if (ShowProgress()) {
@@ -185,11 +253,12 @@ int CommandBuild(const Arguments& args, platform::Platform& platform) {
 
 int CommandCompile(const Arguments& args, platform::Platform& platform) {
     const Request a = RequestOf(args);
+    const DiagnosticsFormat format = DiagnosticsOf(args);
     BuildSession b(platform);
     b.Open(a);
     ConfigNode* file = b.FindFile(a.file);
     const bool rebuild = b.RebuildRequested();
-    b.LoadPlugin();
+    b.LoadPlugin(format);
     b.engine_->SetRebuild(rebuild);
     return b.FinishBuild(b.plugin()->CompileFile(file));
 }

@@ -18,6 +18,7 @@ int CommandBuild(const Arguments& args, platform::Platform& platform);
 int CommandCompile(const Arguments& args, platform::Platform& platform);
 int CommandClean(const Arguments& args, platform::Platform& platform);
 int CommandExportCompileCommands(const Arguments& args, platform::Platform& platform);
+int CommandParse(const Arguments& args, platform::Platform& platform);
 int CommandImport(const Arguments& args, platform::Platform& platform);
 int CommandConfigSetToolsDir(const Arguments& args, platform::Platform& platform);
 int CommandConfigSetAdsHome(const Arguments& args, platform::Platform& platform);

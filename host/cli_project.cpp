@@ -100,7 +100,10 @@ int CommandAddFile(const Arguments& args, platform::Platform& platform) {
     s.EnterProject();
     s.host_.table()->InstallTool(node);
     s.Save();
-    std::printf("added %s file '%s'\n", KindName(FileTypeFor(relative)), relative.c_str());
+    // The object is the plug-in's choice, made while it installed the node.
+    const char* object = node->GetAttribute(config::kOutputKey);
+    const std::string chosen = object != nullptr && *object != '\0' ? std::string(" (object ") + object + ")" : "";
+    std::printf("added %s file '%s'%s\n", KindName(FileTypeFor(relative)), relative.c_str(), chosen.c_str());
     return 0;
 }
 

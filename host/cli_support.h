@@ -99,6 +99,20 @@ inline std::string ReplaceFirst(std::string text, const std::string& from, const
     return text;
 }
 
+// The plug-in's error and warning counters, read through slot 20. Its
+// answer is "errors=N warnings=M\n"; false when it gives none.
+struct BuildCounts {
+    int errors = 0;
+    int warnings = 0;
+};
+
+inline bool ReadBuildCounts(PluginInterface* plugin, BuildCounts* counts) {
+    char answer[64] = {};
+    if (plugin->LookupKeyed(kAdsCountsKey, reinterpret_cast<AdsWord>(answer), sizeof answer, 0) != 1) return false;
+    answer[sizeof answer - 1] = '\0';
+    return std::sscanf(answer, "errors=%d warnings=%d", &counts->errors, &counts->warnings) == 2;
+}
+
 // The plug-in module orvhost loads: $ORVANE_PLUGIN, else the one beside
 // orvhost.
 inline std::string PluginModulePath(platform::Platform& platform) {

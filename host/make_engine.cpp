@@ -11,6 +11,7 @@
 #include <thread>
 #include <utility>
 
+#include "asm_includes.h"
 #include "config/project_keys.h"
 #include "platform/text.h"
 
@@ -397,9 +398,15 @@ void MakeEngine::SaveRecords(const DependencyFile& deps) {
     if (!SaveDependencies(*platform_.files, deps_path_, deps, &error)) Report(error);
 }
 
-// What the plug-in learnt about a source whose command it gave.
-void MakeEngine::LearnDependencies(const std::string& source, TargetDependencies* record) {
-    std::vector<std::string> set = AskDependencies(plugin_, source);
+// What the plug-in learnt about a source whose command it gave; for an
+// assembler source, which the plug-in does not scan, what it includes.
+void MakeEngine::LearnDependencies(ConfigNode* file, const std::string& command, TargetDependencies* record) {
+    const std::string source = Attribute(file, config::kRelativePathKey);
+    int32_t type = 0;
+    file->GetAttributeInt(config::kFileTypeKey, &type);
+    std::vector<std::string> set = type == config::kKindAsm
+                                       ? AssemblerIncludes(*platform_.files, SourcePath(source), folder_, command)
+                                       : AskDependencies(plugin_, source);
     if (set.empty()) {
         record->sets.erase(source);
     } else {
@@ -429,7 +436,7 @@ bool MakeEngine::MakeTarget(const std::string& target, ConfigNode* project) {
     }
 
     for (const Job& job : jobs) {
-        if (!job.command.empty()) LearnDependencies(job.source, &record);
+        if (!job.command.empty()) LearnDependencies(job.file, job.command, &record);
     }
     ForgetRemovedSources(files, &record);
     record.result = ok ? BuildResult::kSucceeded : BuildResult::kFailed;
@@ -456,7 +463,7 @@ bool MakeEngine::TranslateFile(const std::string& target, ConfigNode* file) {
     if (run.exit_code != 0) failed_ = true;
 
     DependencyFile deps = LoadRecords();
-    LearnDependencies(source, &deps.targets[target]);
+    LearnDependencies(file, command, &deps.targets[target]);
     SaveRecords(deps);
     return true;
 }

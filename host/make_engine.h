@@ -7,7 +7,8 @@
 // its source or one of its dependencies is newer than the object, when a
 // dependency is gone, when it has no "Output", or when a full rebuild was
 // asked. The dependency sets are the ones the plug-in collected in earlier
-// builds (dependency_file.h); a source without a set is judged by its own
+// builds (dependency_file.h), for assembler sources the files they GET or
+// INCLUDE (asm_includes.h); a source without a set is judged by its own
 // time.
 //
 // The plug-in is called from the calling thread only, one call at a time:
@@ -104,7 +105,7 @@ private:
     void Deliver(Job* job);
     DependencyFile LoadRecords() const;
     void SaveRecords(const DependencyFile& deps);
-    void LearnDependencies(const std::string& source, TargetDependencies* record);
+    void LearnDependencies(ConfigNode* file, const std::string& command, TargetDependencies* record);
     platform::RunResult Run(const std::string& command);
     void Parse(const std::string& output);
     void Report(const std::string& line);

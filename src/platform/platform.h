@@ -132,9 +132,9 @@ std::vector<std::string> SplitCommandLine(const std::string& command_line);
 // Quotes one argument so that SplitCommandLine gives it back unchanged.
 std::string QuoteArgument(const std::string& argument);
 
-// Makes standard output and standard error pass bytes unchanged: on Windows
-// they would otherwise turn every "\n" into "\r\n", and the plug-in's
-// messages carry their own "\r\n".
+// Makes the standard streams pass bytes unchanged: on Windows output would
+// otherwise turn every "\n" into "\r\n" (the plug-in's messages carry
+// their own "\r\n"), and input would lose the "\r" of a tool's "\r\n".
 void UseBinaryStandardStreams();
 
 // A line for a developer watching the process, not for its user:

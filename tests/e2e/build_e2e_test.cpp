@@ -33,6 +33,11 @@ const std::pair<std::string, std::string> kMain = {
     "src/main.c", "#include \"local.h\"\nint main(void) { return LOCAL; }\n"};
 const std::pair<std::string, std::string> kLocal = {"src/local.h", "#define LOCAL 1\n"};
 const std::pair<std::string, std::string> kUtil = {"src/util.c", "int util(void) { return 2; }\n"};
+#ifdef _WIN32
+const std::string kUtilPath = "src\\util.c";
+#else
+const std::string kUtilPath = "src/util.c";
+#endif
 const std::pair<std::string, std::string> kStart = {"start.s", "  AREA start, CODE\n  END\n"};
 
 TEST_F(BuildTest, BadInputIsRefusedBeforeAnythingIsBuilt) {
@@ -107,10 +112,11 @@ TEST_F(BuildTest, ErrorsFailTheBuildAndLeaveTheTargetUnlinked) {
     EXPECT_NE(std::string::npos, r.output.find("demo.axf created - 1 error(s)")) << r.output;
     EXPECT_FALSE(Exists("Debug/demo.axf"));
 
-    // Still failing: only the broken file again.
-    r = Orvhost({"build", "demo.orv"});
+    // Still failing: only the broken file again, its line as editors read it.
+    r = Orvhost({"build", "demo.orv", "--diagnostics", "gnu"});
     EXPECT_EQ(1, r.status) << r.output;
     EXPECT_EQ(1u, Count(r.output, "compiling ")) << r.output;
+    EXPECT_NE(std::string::npos, r.output.find(kUtilPath + ":1: error: C2456E: undeclared name")) << r.output;
 
     Write("src/util.c", "int util(void) { return 2; }\n");
     r = Orvhost({"build", "demo.orv"});
@@ -143,6 +149,58 @@ TEST_F(BuildTest, AParallelBuildKeepsTheMessagesInFileOrder) {
     Outcome serial = Orvhost({"build", "demo.orv", "-j1", "--rebuild"});
     ASSERT_EQ(0, serial.status) << serial.output;
     EXPECT_NE(std::string::npos, serial.output.find("demo.axf created - 0 error(s), 8 warning(s)")) << serial.output;
+}
+
+TEST_F(BuildTest, AFailedPostLinkStepFailsTheBuild) {
+    if (!HaveTools()) GTEST_SKIP() << "the simulated tools are not built: " << tools;
+    MakeProject({kUtil});
+    const std::string failing = "1,(" + platform::QuoteArgument(tools + "/fromelf.exe") + " -bogus)";
+    ASSERT_EQ(0, Orvhost({"set", "demo.orv", "ADS_BatchFileParam", failing, "--target", "Debug"}).status);
+    ASSERT_EQ(0, Orvhost({"set", "demo.orv", "ADS_FromELFParam", " -bogus", "--target", "Debug"}).status);
+    for (const char* step : {"Batch File Runner", "ARM fromELF"}) {
+        ASSERT_EQ(0, Orvhost({"set", "demo.orv", "ADS_PostLnk", step, "--target", "Debug"}).status);
+        Outcome r = Orvhost({"build", "demo.orv"});
+        EXPECT_EQ(1, r.status) << step << "\n" << r.output;
+        EXPECT_NE(std::string::npos, r.output.find("demo.axf created - 0 error(s)")) << r.output;
+    }
+}
+
+TEST_F(BuildTest, AnAssemblerSourceIsAssembledAgainWhenAFileItGetsChanges) {
+    if (!HaveTools()) GTEST_SKIP() << "the simulated tools are not built: " << tools;
+    Write("inc/defs.s", "X EQU 1\n");
+    MakeProject({kUtil});
+    Write("start.s", "  AREA start, CODE\n  GET defs.s\n  END\n");
+    Outcome r = Orvhost({"add-file", "demo.orv", "start.s"});
+    EXPECT_NE(std::string::npos, r.output.find("added assembler file 'start.s' (object start.o)")) << r.output;
+    ASSERT_EQ(0, Orvhost({"set", "demo.orv", "SearchPath", " -I\"inc\" ", "--target", "Debug"}).status);
+    ASSERT_EQ(0, Orvhost({"build", "demo.orv"}).status);
+
+    Age("inc/defs.s", 5);
+    r = Orvhost({"build", "demo.orv"});
+    EXPECT_EQ(0, r.status) << r.output;
+    EXPECT_EQ(1u, Count(r.output, "compiling ")) << r.output;
+    EXPECT_NE(std::string::npos, r.output.find("compiling start.s...")) << r.output;
+}
+
+TEST_F(BuildTest, ParseShowsACapturedOutputAsThePaneDoesWithThePluginsCounts) {
+#ifdef _WIN32
+    GTEST_SKIP() << "the output is handed over by a POSIX shell";
+#endif
+    struct Row { const char* name; std::string input, option, expected; int status; };
+    const Row rows[] = {
+        {"compiler output", "\"src\\a.c\", line 3: Error: C2456E: undeclared\r\nsrc\\a.c: 0 warnings, 1 error\r\n", "",
+         "src\\a.c(3): Error: C2456E: undeclared\r\nerrors=1 warnings=0\n", 1},
+        {"linker output", "Warning: L6306W: w\nFinished: 0 information, 2 warning and 0 error messages.\n", " --link",
+         "Warning: L6306W: w\nerrors=0 warnings=2\n", 0},
+        {"no last line end", "Error: L6218E: x", " --link", "Error: L6218E: x\nerrors=0 warnings=0\n", 0},
+    };
+    for (const Row& row : rows) {
+        Write("log.txt", row.input);
+        const std::string line = platform::QuoteArgument(exe) + " parse" + row.option + " < log.txt";
+        platform::RunResult r = platform::System().runner->Run("sh -c " + platform::QuoteArgument(line), dir, 1 << 16);
+        EXPECT_EQ(row.status, r.exit_code) << row.name;
+        EXPECT_EQ(row.expected, r.output) << row.name;
+    }
 }
 
 TEST_F(BuildTest, ARebuildRequestOfTheProjectIsHonouredAndConsumed) {

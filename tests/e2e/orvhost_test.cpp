@@ -84,7 +84,7 @@ TEST_F(OrvhostTest, HelpTellsTheCommands) {
         const char* says;
     } rows[] = {
         {{"help", "build"}, 0, "  --rebuild "},
-        {{"build", "--help"}, 0, "usage: orvhost build PROJECT [--target NAME] [-j N] [--rebuild]\n"},
+        {{"build", "--help"}, 0, "usage: orvhost build PROJECT [--target NAME] [-j N] [--rebuild] [--diagnostics FORMAT]\n"},
         {{"help", "config", "set-ads-home"}, 0, "  --version NAME "},
         {{"-v", "--help"}, 0, "  -v "},
         {{"help", "nope"}, 2, "unknown command 'nope'"},
