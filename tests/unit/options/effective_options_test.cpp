@@ -69,19 +69,9 @@ TEST(EffectiveOptions, EachToolOfATargetWithTargetLevelStates) {
 
 TEST(EffectiveOptions, AFilesOwnStatesLieOverTheTargetsOverTheToolWideString) {
     Project p;
-    const struct {
-        Tool tool;
-        ConfigNode* configuration;
-        const char* target;
-        const char* expected;
-    } rows[] = {
-        {Tool::kArmcc, p.debug, "Debug", " -ansi -strict -bi -O0 -g+ -fy"},
-        {Tool::kArmcc, p.release, "Release", " -cpu ARM9TDMI -O2 -Otime -zc"},
-        {Tool::kTcc, p.debug, "Debug", " -O0 -Otime -g+"},  // the target's states alone
-    };
-    for (const auto& row : rows) {
-        EXPECT_EQ(EffectiveOptions(row.tool, row.configuration, p.file, row.target), row.expected) << row.expected;
-    }
+    EXPECT_EQ(EffectiveOptions(Tool::kArmcc, p.debug, p.file, "Debug"), " -ansi -strict -bi -O0 -g+ -fy");
+    EXPECT_EQ(EffectiveOptions(Tool::kArmcc, p.release, p.file, "Release"), " -cpu ARM9TDMI -O2 -Otime -zc");
+    EXPECT_EQ(EffectiveOptions(Tool::kTcc, p.debug, p.file, "Debug"), " -O0 -Otime -g+") << "the target's states alone";
 }
 
 TEST(EffectiveOptions, MissingNodesMeanNoStatesAndAnEmptyToolWideString) {

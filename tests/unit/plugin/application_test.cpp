@@ -432,10 +432,9 @@ TEST_F(PluginTest, FileBuildTextFollowsItsArgumentRules) {
     EXPECT_NE(buffer, text);
 }
 
-// What the dialog stores for the target (under the project), for each
-// folder and for the file reaches the file's command, every layer over the
-// ones before it, and the dialog's "Equivalent Command Line" on the file
-// reads the same.
+// The states of the target (under the project), of each folder and of the
+// file reach the file's command, each layer over the ones before it, and the
+// dialog's "Equivalent Command Line" on the file reads the same.
 std::vector<std::string> g_command_lines;
 int ADS_CALL UiReadArmcc(void*, const AdsSettingsDialog* dialog) {
     const char* text = nullptr;
@@ -448,15 +447,14 @@ TEST_F(PluginTest, AFilesCommandCarriesTheTargetsTheFoldersAndItsOwnStates) {
     MakeProject();
     Target("Debug")->SetAttribute("ADS_GArmCCParam", " -O1 -g+");
     auto* outer = new ConfigNode("Filter");
-    files->AppendChild(outer);
     auto* inner = new ConfigNode("Filter");
+    files->AppendChild(outer);
     outer->AppendChild(inner);
-    auto* c = new ConfigNode("File");
-    c->SetAttribute("RelativePath", "src\\drv.c");
-    c->SetAttributeInt("FileType", 1);
-    c->SetAttribute("Output", "drv.o");
-    inner->AppendChild(c);
-    ConfigNode* owners[] = {project.get(), outer, inner, c};
+    files->RemoveChild(file);  // the file goes into the inner folder
+    inner->AppendChild(file = new ConfigNode("File"));
+    file->SetAttribute("RelativePath", "src\\drv.c");
+    file->SetAttributeInt("FileType", 1);
+    ConfigNode* owners[] = {project.get(), outer, inner, file};
     for (ConfigNode* owner : owners) owner->AppendChild(new ConfigNode("ADS_CParam"));
 
     const AdsHostUi ui = {nullptr, UiReadArmcc, nullptr, nullptr};
@@ -483,11 +481,11 @@ TEST_F(PluginTest, AFilesCommandCarriesTheTargetsTheFoldersAndItsOwnStates) {
     for (const auto& row : rows) {
         for (int i = 0; i < 4; ++i) owners[i]->FindChild("ADS_CParam")->SetAttribute("Debug_ArmC_Debug_Opt", row.states[i]);
         char buffer[] = "";
-        const std::string command = t->GetFileBuildText(buffer, 1, c, 1);
+        const std::string command = t->GetFileBuildText(buffer, 1, file, 1);
         EXPECT_NE(std::string::npos, command.find(std::string(row.options) + " -c \"src\\drv.c\""))
             << row.what << ": " << command;
         g_command_lines.clear();
-        t->ShowSettings(c);
+        t->ShowSettings(file);
         EXPECT_EQ(std::vector<std::string>{row.options}, g_command_lines) << row.what;
     }
 }
