@@ -31,7 +31,8 @@ using config::kToolTcc;
 using config::kToolTcpp;
 
 // The option string that replaces "$(ADS_PARAM)": the target's tool-wide
-// string with the file's own page states laid over it. Throws
+// string with the target's, the enclosing folders' and the file's own page
+// states laid over it, as the settings dialog shows it for the file. Throws
 // options::OptionError when a page position stays unresolved.
 std::string FileOptionString(const ConfigNode* configuration, const ConfigNode* file,
                              const std::string& target, int tool,

@@ -38,22 +38,41 @@ Family FamilyOf(Tool tool) { return EntryOf(tool).family; }
 
 bool IsCCompiler(Tool tool) { return tool == Tool::kArmcc || tool == Tool::kTcc; }
 
-std::string EffectiveOptions(Tool tool, const std::string& tool_wide, const PageStateSet& states,
-                             const PathConverter& convert_via_path) {
-    if (tool == Tool::kArmasm) return EffectiveAssemblerOptions(tool_wide, states, convert_via_path);
-    return EffectiveCompilerOptions(tool_wide, states, IsCCompiler(tool), convert_via_path);
+std::vector<const ConfigNode*> StateOwners(const ConfigNode* node) {
+    std::vector<const ConfigNode*> owners;
+    for (const ConfigNode* n = node; n != nullptr; n = n->Parent()) {
+        const bool own = n == node && n->Name() == config::kFileNode;
+        if (own || n->Name() == config::kFilterNode || n->Parent() == nullptr) owners.push_back(n);
+    }
+    return {owners.rbegin(), owners.rend()};
 }
 
-std::string EffectiveOptions(Tool tool, const ConfigNode* configuration,
-                             const ConfigNode* states_owner, const std::string& target_name,
+std::string EffectiveOptions(Tool tool, const std::string& tool_wide, const std::vector<PageStateSet>& layers,
                              const PathConverter& convert_via_path) {
+    if (tool == Tool::kArmasm) {
+        return WriteAssemblerOptions(OverlayLayers(ReadAssemblerSettings(tool_wide, convert_via_path), layers));
+    }
+    const bool c_language = IsCCompiler(tool);
+    return WriteCompilerOptions(OverlayLayers(ReadCompilerSettings(tool_wide, c_language, convert_via_path), layers),
+                                c_language);
+}
+
+std::string EffectiveOptions(Tool tool, const std::string& tool_wide, const PageStateSet& states,
+                             const PathConverter& convert_via_path) {
+    return EffectiveOptions(tool, tool_wide, std::vector<PageStateSet>{states}, convert_via_path);
+}
+
+std::string EffectiveOptions(Tool tool, const ConfigNode* configuration, const ConfigNode* node,
+                             const std::string& target_name, const PathConverter& convert_via_path) {
     std::string tool_wide;
     if (configuration != nullptr) {
         if (const char* text = configuration->GetAttribute(ToolWideKey(tool))) tool_wide = text;
     }
-    PageStateSet states;
-    LoadPageStates(states_owner, target_name, FamilyOf(tool), states);
-    return EffectiveOptions(tool, tool_wide, states, convert_via_path);
+    std::vector<PageStateSet> layers;
+    for (const ConfigNode* owner : StateOwners(node)) {
+        LoadPageStates(owner, target_name, FamilyOf(tool), layers.emplace_back());
+    }
+    return EffectiveOptions(tool, tool_wide, layers, convert_via_path);
 }
 
 }  // namespace ads::options

@@ -41,8 +41,9 @@ struct OptionRow {
     bool on_by_default;          // letters: the warning or error is on unless listed
     ChoiceSource source;
     const OptionChoice* choices; // radio buttons and listed combo entries
-    int text_slot;               // text controls: the page-state slot of the text
+    int text_slot;               // text controls: the slot of the text; a button: of the field it serves
     const char* default_text;    // edits: shown when nothing was read
+    const char* filter;          // a browse button: the file chooser's filter, else ""
 };
 
 constexpr int kNoPosition = -1;
@@ -50,26 +51,32 @@ constexpr int kNoPosition = -1;
 constexpr OptionRow Check(const char* label, const char* group, int position, const char* set_switch,
                           const char* clear_switch = "") {
     return {ControlKind::kCheckBox, label, group, position, set_switch, clear_switch, 0, false,
-            ChoiceSource::kListed, nullptr, -1, ""};
+            ChoiceSource::kListed, nullptr, -1, "", ""};
 }
 constexpr OptionRow Letter(const char* label, const char* group, int position, char letter, bool on_by_default) {
     return {ControlKind::kCheckBox, label, group, position, "", "", letter, on_by_default,
-            ChoiceSource::kListed, nullptr, -1, ""};
+            ChoiceSource::kListed, nullptr, -1, "", ""};
 }
 constexpr OptionRow Radio(const char* label, const char* group, int position, const OptionChoice* choices) {
     return {ControlKind::kRadioGroup, label, group, position, "", "", 0, false,
-            ChoiceSource::kListed, choices, -1, ""};
+            ChoiceSource::kListed, choices, -1, "", ""};
 }
 constexpr OptionRow Combo(const char* label, const char* group, int position, ChoiceSource source,
                           const OptionChoice* choices = nullptr) {
-    return {ControlKind::kCombo, label, group, position, "", "", 0, false, source, choices, -1, ""};
+    return {ControlKind::kCombo, label, group, position, "", "", 0, false, source, choices, -1, "", ""};
 }
 constexpr OptionRow TextRow(ControlKind kind, const char* label, const char* group, int slot,
                             const char* default_text = "") {
-    return {kind, label, group, kNoPosition, "", "", 0, false, ChoiceSource::kListed, nullptr, slot, default_text};
+    return {kind, label, group, kNoPosition, "", "", 0, false, ChoiceSource::kListed, nullptr, slot, default_text, ""};
 }
-constexpr OptionRow Button(const char* label, const char* group = "") {
-    return TextRow(ControlKind::kButton, label, group, -1);
+// A button; one that serves a field (a browse or an edit button) names its slot.
+constexpr OptionRow Button(const char* label, const char* group = "", int field_slot = -1) {
+    return TextRow(ControlKind::kButton, label, group, field_slot);
+}
+// A button that fills the field in `field_slot` with a file chosen through `filter`.
+constexpr OptionRow Browse(const char* label, const char* group, int field_slot, const char* filter) {
+    return {ControlKind::kButton, label, group, kNoPosition, "", "", 0, false, ChoiceSource::kListed, nullptr,
+            field_slot, "", filter};
 }
 
 // The number of values of a page's integer state: one past its last position.

@@ -56,7 +56,10 @@ std::string ReadValue(const std::string& text, size_t& pos) {
 }
 
 std::string QuoteIfNeeded(const std::string& value) {
-    if (value.find_first_of(" \"") == std::string::npos) return value;
+    return value.find_first_of(" \"") == std::string::npos ? value : Quoted(value);
+}
+
+std::string Quoted(const std::string& value) {
     std::string quoted = "\"";
     size_t slashes = 0;
     for (char c : value) {
@@ -72,6 +75,14 @@ std::string QuoteIfNeeded(const std::string& value) {
     quoted.append(2 * slashes, '\\');  // before the closing quote
     quoted += '"';
     return quoted;
+}
+
+std::optional<std::string> ReadValueAfter(const std::string& text, const char* key) {
+    size_t at = text.find(key);
+    if (at == std::string::npos) return std::nullopt;
+    size_t pos = text.find_first_not_of(' ', at + std::char_traits<char>::length(key));
+    if (pos == std::string::npos) return std::string();
+    return ReadValue(text, pos);
 }
 
 std::string Unquote(const std::string& value) {

@@ -41,6 +41,14 @@ std::string ReadValue(const std::string& text, size_t& pos);
 // values come back as they are.
 std::string QuoteIfNeeded(const std::string& value);
 
+// Wraps a value in double quotes whatever it holds, with the escapes of
+// QuoteIfNeeded, for a switch whose value is always written quoted.
+std::string Quoted(const std::string& value);
+
+// The value after the first occurrence of `key`, blanks after `key` skipped,
+// read as ReadValue reads it; nothing when `key` does not occur.
+std::optional<std::string> ReadValueAfter(const std::string& text, const char* key);
+
 // The inverse of QuoteIfNeeded for a value that is one quoted piece; any
 // other value comes back as it is.
 std::string Unquote(const std::string& value);

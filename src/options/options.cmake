@@ -7,6 +7,9 @@ add_library(ads_options STATIC
   ${CMAKE_CURRENT_LIST_DIR}/compiler_options.cpp
   ${CMAKE_CURRENT_LIST_DIR}/assembler_options.cpp
   ${CMAKE_CURRENT_LIST_DIR}/pages.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/switch_page.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/linker_options.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/fromelf_options.cpp
   ${CMAKE_CURRENT_LIST_DIR}/effective_options.cpp)
 target_include_directories(ads_options PUBLIC ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR}/include)
 target_link_libraries(ads_options PUBLIC ads_config PRIVATE ads_warnings)

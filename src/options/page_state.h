@@ -17,8 +17,9 @@
 // Owners: the target-level states of a target live under the project root
 // (the "OrvaneProject" node); a file's own states live under its "File" node
 // (the per-file settings child, same keys); a folder with its own settings
-// keeps them under its "Filter" node. Loading reads one owner; nothing here
-// falls back from one owner to another.
+// keeps them under its "Filter" node. Loading reads one owner; the
+// effective option string (effective_options.h) lays the owners from the
+// root down over one another.
 #pragma once
 
 #include <array>
@@ -131,6 +132,14 @@ Settings OverlayPages(const Settings& wide, const Settings& target) {
     Settings::ForEachPage([&](int, auto field, Merge merge) {
         page_fields::Overlay(s.*field, wide.*field, target.*field, merge);
     });
+    return s;
+}
+
+// The layers laid over one another in order, each over what the ones
+// before it made.
+template <class Settings>
+Settings OverlayLayers(Settings s, const std::vector<PageStateSet>& layers) {
+    for (const PageStateSet& layer : layers) s = OverlayPages(s, FromPageStates<Settings>(layer));
     return s;
 }
 

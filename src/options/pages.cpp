@@ -43,7 +43,7 @@ PageDescription DescribePage(const PageTable& page, bool c_language, PageVariant
         const OptionRow& row = page.rows[i];
         const bool kept = row.position != kNoPosition;
         Control c{row.kind, row.label, row.group, kept ? page.slot : row.text_slot, row.position,
-                  ChoicesOf(row, c_language), row.default_text};
+                  ChoicesOf(row, c_language), row.default_text, row.filter};
         if (variant == PageVariant::kPerTarget && row.kind == ControlKind::kRadioGroup && kept) {
             c.choices.push_back({kDefaultLastLevel, kUnset});
         }

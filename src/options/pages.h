@@ -36,6 +36,7 @@ struct Control {
     int position = -1;          // position in an integer state; -1 for text
     std::vector<Choice> choices;// radio buttons and combo entries
     std::string default_text;   // edits: the text shown when nothing is read
+    std::string filter;         // a browse button: the file chooser's filter
 };
 
 struct PageDescription {

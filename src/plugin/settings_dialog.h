@@ -14,7 +14,7 @@ namespace ads::plugin {
 // Where the dialog's settings come from.
 struct SettingsScope {
     const ConfigNode* configuration = nullptr;  // the current target's "Configuration"
-    const ConfigNode* owner = nullptr;          // the node whose page states apply
+    const ConfigNode* owner = nullptr;          // the node opened on: its states and those above it apply
     std::string target;                         // the current target's name
     config::PathMacros macros;                  // for the via files of the "Extras" pages
 };

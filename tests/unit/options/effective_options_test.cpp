@@ -67,12 +67,11 @@ TEST(EffectiveOptions, EachToolOfATargetWithTargetLevelStates) {
     EXPECT_EQ(EffectiveOptions(Tool::kArmcc, p.release, p.root.get(), "Release"), " -cpu ARM9TDMI -O2 -Otime");
 }
 
-TEST(EffectiveOptions, AFileUsesItsOwnStatesOverTheToolWideString) {
+TEST(EffectiveOptions, AFilesOwnStatesLieOverTheTargetsOverTheToolWideString) {
     Project p;
-    EXPECT_EQ(EffectiveOptions(Tool::kArmcc, p.debug, p.file, "Debug"), " -O0 -g+ -fy")
-        << "the target-level states of Debug take no part";
-    EXPECT_EQ(EffectiveOptions(Tool::kArmcc, p.release, p.file, "Release"), " -cpu ARM920T -O2 -Otime -zc");
-    EXPECT_EQ(EffectiveOptions(Tool::kTcc, p.debug, p.file, "Debug"), " -O0 -g+") << "no tcc states on the file";
+    EXPECT_EQ(EffectiveOptions(Tool::kArmcc, p.debug, p.file, "Debug"), " -ansi -strict -bi -O0 -g+ -fy");
+    EXPECT_EQ(EffectiveOptions(Tool::kArmcc, p.release, p.file, "Release"), " -cpu ARM9TDMI -O2 -Otime -zc");
+    EXPECT_EQ(EffectiveOptions(Tool::kTcc, p.debug, p.file, "Debug"), " -O0 -Otime -g+") << "the target's states alone";
 }
 
 TEST(EffectiveOptions, MissingNodesMeanNoStatesAndAnEmptyToolWideString) {
@@ -100,13 +99,15 @@ TEST(EffectiveOptions, ErrorsCarryTheTextOfTheirToolFamily) {
     }
 }
 
+// The texts of all layers are joined, tool-wide first and the file's last.
 TEST(EffectiveOptions, OnlyTheToolWideViaNameIsConverted) {
     Project p;
     p.debug->SetAttribute("ADS_GArmCCParam", " -O0 -via {Project}wide.via");
+    p.root->FindChild("ADS_CParam")->SetAttribute("Debug_ArmC_Extras", " -via {Project}target.via");
     p.file->FirstChild()->SetAttribute("Debug_ArmC_Extras", " -via {Project}file.via");
     PathConverter expand = [](std::string name) { return name.replace(name.find("{Project}"), 9, "C:\\Work\\"); };
     EXPECT_EQ(EffectiveOptions(Tool::kArmcc, p.debug, p.file, "Debug", expand),
-              " -O0 -fy -via C:\\Work\\wide.via -via {Project}file.via");
+              " -ansi -strict -bi -O0 -fy -via C:\\Work\\wide.via -via {Project}target.via -via {Project}file.via");
 }
 
 TEST(EffectiveOptions, EachToolReadsItsOwnToolWideKey) {

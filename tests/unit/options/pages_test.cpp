@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "options/compiler_options.h"
+#include "options/fromelf_options.h"
+#include "options/linker_options.h"
 
 namespace ads::options {
 namespace {
@@ -13,7 +15,7 @@ const Control& Find(const PageDescription& page, const std::string& label) {
     for (const Control& c : page.controls) {
         if (c.label == label) return c;
     }
-    static const Control kMissing{ControlKind::kButton, "<missing>", "", -1, -1, {}, {}};
+    static const Control kMissing{ControlKind::kButton, "<missing>", "", -1, -1, {}, {}, {}};
     ADD_FAILURE() << page.title << " has no control " << label;
     return kMissing;
 }
@@ -66,6 +68,10 @@ TEST(Pages, MisspelledLabelsAreKeptAsWritten) {
     Find(DescribeCompilerPage(CompilerPage::kCodeGen, true, PageVariant::kToolWide),
          "Narrow bouble constants to float constants");
     Find(DescribeAssemblerPage(AssemblerPage::kOption, PageVariant::kToolWide), "Ignore C_style escape chare");
+    Find(SwitchPage(kLinkerRules[1]).Describe(), "Include debugging informat");
+    Find(SwitchPage(kLinkerRules[3]).Describe(), "Section Cross-referer");
+    EXPECT_EQ(SwitchPage(kLinkerRules[0]).Describe().controls[0].choices[0].label, "Partie");
+    EXPECT_EQ(SwitchPage(kFromElfRules).Describe().controls[1].choices[6].label, "Text imformation");
 }
 
 TEST(Pages, TheAssemblerTargetPageKeepsFpuFirstAndTheCppLanguageComboHasFiveEntries) {

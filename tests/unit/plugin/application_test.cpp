@@ -432,6 +432,64 @@ TEST_F(PluginTest, FileBuildTextFollowsItsArgumentRules) {
     EXPECT_NE(buffer, text);
 }
 
+// The states of the target (under the project), of each folder and of the
+// file reach the file's command, each layer over the ones before it, and the
+// dialog's "Equivalent Command Line" on the file reads the same.
+std::vector<std::string> g_command_lines;
+int ADS_CALL UiReadArmcc(void*, const AdsSettingsDialog* dialog) {
+    const char* text = nullptr;
+    dialog->CommandLine(dialog->self, "armcc", &text);
+    g_command_lines.emplace_back(text != nullptr ? text : "");
+    return kIdCancel;
+}
+
+TEST_F(PluginTest, AFilesCommandCarriesTheTargetsTheFoldersAndItsOwnStates) {
+    MakeProject();
+    Target("Debug")->SetAttribute("ADS_GArmCCParam", " -O1 -g+");
+    auto* outer = new ConfigNode("Filter");
+    auto* inner = new ConfigNode("Filter");
+    files->AppendChild(outer);
+    outer->AppendChild(inner);
+    files->RemoveChild(file);  // the file goes into the inner folder
+    inner->AppendChild(file = new ConfigNode("File"));
+    file->SetAttribute("RelativePath", "src\\drv.c");
+    file->SetAttributeInt("FileType", 1);
+    ConfigNode* owners[] = {project.get(), outer, inner, file};
+    for (ConfigNode* owner : owners) owner->AppendChild(new ConfigNode("ADS_CParam"));
+
+    const AdsHostUi ui = {nullptr, UiReadArmcc, nullptr, nullptr};
+    AdsHostContext context{};
+    context.ui = &ui;
+    PluginInterface* t = Start();
+    ASSERT_EQ(1, t->Attach(&context));
+    t->InstallTool(project.get());
+    t->SetCurrentTarget(1, "Debug");
+
+    // "Debug/Opt" states of the project, the outer and the inner folder and
+    // the file ("" = none); the tool-wide string sets level 1.
+    const struct {
+        const char* what;
+        const char* states[4];
+        const char* options;
+    } rows[] = {
+        {"the target's", {"-1,-1,-1,2", "", "", ""}, " -O2 -g+"},
+        {"a folder's", {"", "-1,-1,-1,0", "", ""}, " -O0 -g+"},
+        {"the inner folder over the outer", {"", "-1,-1,-1,2", "-1,-1,-1,0", ""}, " -O0 -g+"},
+        {"each layer by position", {"-1,-1,-1,2,1", "-1,-1,-1,0", "", "-1,-1,1"}, " -O0 -Otime -Ono_inline -g+"},
+        {"the file over all", {"-1,-1,-1,2", "-1,-1,-1,2", "-1,-1,-1,2", "-1,-1,-1,0"}, " -O0 -g+"},
+    };
+    for (const auto& row : rows) {
+        for (int i = 0; i < 4; ++i) owners[i]->FindChild("ADS_CParam")->SetAttribute("Debug_ArmC_Debug_Opt", row.states[i]);
+        char buffer[] = "";
+        const std::string command = t->GetFileBuildText(buffer, 1, file, 1);
+        EXPECT_NE(std::string::npos, command.find(std::string(row.options) + " -c \"src\\drv.c\""))
+            << row.what << ": " << command;
+        g_command_lines.clear();
+        t->ShowSettings(file);
+        EXPECT_EQ(std::vector<std::string>{row.options}, g_command_lines) << row.what;
+    }
+}
+
 TEST_F(PluginTest, ParseOutputCountsWhatItShowsAndTheCountsAreReadBack) {
     const char kLink[] = "Error: L6218E: Undefined symbol x (referred from a.o).\n"
                          "Finished: 0 information, 2 warning and 1 error messages.\n";
