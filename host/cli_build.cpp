@@ -61,67 +61,6 @@ DiagnosticsFormat DiagnosticsOf(const Arguments& args) {
     return DiagnosticsFormat::kPane;
 }
 
-// What a build's host slots see beside the make engine: whether a command
-// that the plug-in ran on its own failed (the post-link step, fromelf or the
-// user's command, and the assembler of a single-file compile), and the pane
-// text, rewritten for --diagnostics gnu. The commands run inside the make
-// engine's slots (the -M scans among them) are the engine's to judge. The
-// plug-in calls host slots without a context: the one build that taps them
-// is kept here, and the host's own slots still do the work.
-class SlotTaps {
-public:
-    SlotTaps(PluginInterface* table, const GnuDiagnostics* gnu) : table_(table), saved_(*table), gnu_(gnu) {
-        active_ = this;
-        table->RunTool = &SlotTaps::RunTool;
-        table->MakeTarget = &SlotTaps::MakeTarget;
-        table->TranslateFile = &SlotTaps::TranslateFile;
-        if (gnu != nullptr) table->WriteOutput = &SlotTaps::WriteOutput;
-    }
-    ~SlotTaps() {
-        table_->RunTool = saved_.RunTool;
-        table_->MakeTarget = saved_.MakeTarget;
-        table_->TranslateFile = saved_.TranslateFile;
-        table_->WriteOutput = saved_.WriteOutput;
-        active_ = nullptr;
-    }
-    SlotTaps(const SlotTaps&) = delete;
-    SlotTaps& operator=(const SlotTaps&) = delete;
-
-    bool command_failed() const { return command_failed_; }
-
-private:
-    static AdsWord ADS_CALL RunTool(const char* command, AdsWord handle, char* buffer, int size, AdsWord* exit_code) {
-        AdsWord code = 0;
-        const AdsWord started = active_->saved_.RunTool(command, handle, buffer, size, &code);
-        if (exit_code != nullptr) *exit_code = code;
-        if (active_->in_make_ == 0 && (started == 0 || code != 0)) active_->command_failed_ = true;
-        return started;
-    }
-    static int ADS_CALL MakeTarget(const char* target, ConfigNode* project) {
-        ++active_->in_make_;
-        const int made = active_->saved_.MakeTarget(target, project);
-        --active_->in_make_;
-        return made;
-    }
-    static int ADS_CALL TranslateFile(const char* target, ConfigNode* file) {
-        ++active_->in_make_;
-        const int translated = active_->saved_.TranslateFile(target, file);
-        --active_->in_make_;
-        return translated;
-    }
-    static AdsWord ADS_CALL WriteOutput(const char* text, AdsWord pane) {
-        if (text == nullptr) return active_->saved_.WriteOutput(text, pane);
-        return active_->saved_.WriteOutput(active_->gnu_->Rewrite(text).c_str(), pane);
-    }
-
-    static inline SlotTaps* active_ = nullptr;
-    PluginInterface* table_;
-    const PluginInterface saved_;
-    const GnuDiagnostics* gnu_;
-    int in_make_ = 0;
-    bool command_failed_ = false;
-};
-
 // One command's work on one project: the project, the plug-in with the
 // make engine behind its host slots, and the target made current.
 class BuildSession {
@@ -176,7 +115,7 @@ public:
         if (format == DiagnosticsFormat::kGnu) {
             gnu_ = std::make_unique<GnuDiagnostics>(*s.platform_.files, s.project_dir_, current_folder_);
         }
-        taps_ = std::make_unique<SlotTaps>(s.host_.table(), gnu_.get());
+        if (gnu_) s.host_.SetPaneRewrite([this](const char* text) { return gnu_->Rewrite(text); });
         s.host_.SetPaneObserver([this](const char* text) {
             if (std::strstr(text, kCleanError) != nullptr) clean_failed_ = true;
         });
@@ -208,7 +147,7 @@ public:
     int FinishBuild(int handled) {
         BuildCounts counts;
         const bool counted_errors = ReadBuildCounts(plugin(), &counts) && counts.errors > 0;
-        const bool failed = handled == 0 || counted_errors || engine_->failed() || taps_->command_failed();
+        const bool failed = handled == 0 || counted_errors || engine_->failed();
         std::fputs("\n", stdout);
         return Finish(failed ? 1 : 0);
     }
@@ -219,11 +158,10 @@ public:
         return rebuild != 0;
     }
 
+    std::unique_ptr<GnuDiagnostics> gnu_;  // outlives the plug-in, which writes through it
     Session s;
     const std::string current_folder_;  // where orvhost was started
     std::unique_ptr<MakeEngine> engine_;
-    std::unique_ptr<GnuDiagnostics> gnu_;
-    std::unique_ptr<SlotTaps> taps_;  // released before the plug-in
     ConfigNode* target_node_ = nullptr;
     std::string target_;
     bool clean_failed_ = false;

@@ -191,6 +191,11 @@ AdsWord PluginHost::RunTool(const char* command, AdsWord /*handle*/, char* buffe
 AdsWord PluginHost::WriteOutput(const char* text, AdsWord /*pane*/) {
     if (text == nullptr) return 0;
     if (g_host != nullptr && g_host->observer_) g_host->observer_(text);
+    std::string rewritten;
+    if (g_host != nullptr && g_host->rewrite_) {
+        rewritten = g_host->rewrite_(text);
+        text = rewritten.c_str();
+    }
     if (g_host != nullptr && g_host->capture_ != nullptr) {
         g_host->capture_->append(text);
     } else {

@@ -47,6 +47,8 @@ public:
     void SetOutput(std::string* capture) { capture_ = capture; }
     // Also shows every pane text to `observer` (none when null).
     void SetPaneObserver(std::function<void(const char*)> observer) { observer_ = std::move(observer); }
+    // Shows every pane text as `rewrite` returns it (as written when null).
+    void SetPaneRewrite(std::function<std::string(const char*)> rewrite) { rewrite_ = std::move(rewrite); }
 
     // The engine behind host slots 31 to 33; the host keeps ownership. Without
     // one every file counts as out of date and nothing is translated or made.
@@ -89,6 +91,7 @@ private:
     std::vector<std::string> toolchain_;
     std::string* capture_ = nullptr;
     std::function<void(const char*)> observer_;
+    std::function<std::string(const char*)> rewrite_;
     MakeEngine* make_ = nullptr;
     SettingsRunner settings_;
     AdsHostUi ui_{};
