@@ -3,14 +3,18 @@
 // look-ups, the failures, and the real exports of shared/testdata.
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "import/export_reader.h"
 #include "import/panel_readers.h"
+#include "import/project_files.h"
 #include "import_test_support.h"
-#include "support/fake_platform.h"
 #include "platform/platform.h"
+#include "support/fake_platform.h"
+#include "support/temp_folder.h"
 
 namespace ads::import {
 namespace {
@@ -205,21 +209,56 @@ TEST_F(ExportReaderTest, FilesAreFoundBelowTheExportsFolder) {
     files.Add("C:\\proj\\.hidden\\secret.c");
     files.Add("C:\\proj\\a\\dup.c");
     files.Add("C:\\proj\\b\\dup.c");
-    const std::string groups = GroupXml("Sources", FileRefXml("main.c") + FileRefXml("led.c") + FileRefXml("dup.c")) +
-                               FileRefXml("blinky.mcp.xml") + GroupXml("Lost", FileRefXml("secret.c"));
+    files.Add("C:\\proj\\a\\deep\\top.c");
+    files.Add("C:\\proj\\top.c");
+    const std::string groups =
+        GroupXml("Sources", FileRefXml("main.c") + FileRefXml("led.c") + FileRefXml("dup.c") + FileRefXml("top.c")) +
+        FileRefXml("blinky.mcp.xml") + GroupXml("Lost", FileRefXml("secret.c"));
     ASSERT_TRUE(Read(Export(Target("T", ""), groups))) << model.failure;
     ASSERT_EQ(3u, model.groups.size());
     const GroupEntry& sources = model.groups[0];
     EXPECT_TRUE(sources.is_group);
     EXPECT_EQ("Sources", sources.name);
-    ASSERT_EQ(3u, sources.files.size());
+    ASSERT_EQ(4u, sources.files.size());
     EXPECT_EQ(".\\src\\main.c", sources.files[0].path);
     EXPECT_EQ(".\\src\\drivers\\Led.C", sources.files[1].path) << "names compare without regard to case";
-    EXPECT_EQ(".\\a\\dup.c", sources.files[2].path) << "the first found in name order wins";
+    EXPECT_EQ(".\\a\\dup.c", sources.files[2].path) << "of two as deep, the first found in name order wins";
+    EXPECT_EQ(".\\top.c", sources.files[3].path) << "the one fewest folders down wins";
     EXPECT_FALSE(model.groups[1].is_group);
     EXPECT_EQ(".\\blinky.mcp.xml", model.groups[1].files.at(0).path);
     EXPECT_TRUE(model.groups[2].files.empty()) << "hidden folders are not listed";
     EXPECT_TRUE(HasNote("file 'secret.c' in group 'Lost' is neither below"));
+}
+
+// A link to a folder above would make the scan endless; every folder is
+// listed once, and folders reached without a link come first.
+TEST(ProjectFilesScan, LinksToFoldersListedAlreadyAreNotFollowedAgain) {
+    namespace stdfs = std::filesystem;
+    platform::test_support::TempFolder folder, outside;
+    const stdfs::path root = folder.native();
+    stdfs::create_directory(root / "sub");
+    std::error_code error;
+    for (const auto& [target, link] : {std::pair<stdfs::path, const char*>{".", "a"}, {"sub", "a_sub"},
+                                       {outside.native(), "ext"}}) {
+        stdfs::create_directory_symlink(target, root / link, error);
+        if (error) GTEST_SKIP() << "no folder links here: " << error.message();
+    }
+    std::string ignored;
+    platform::FileSystem& fs = *platform::System().files;
+    for (const std::string& file : {folder / "a.c", folder / "sub\\b.c", outside / "e.c"}) {
+        ASSERT_TRUE(fs.WriteFileAtomically(file, "\n", &ignored)) << file;
+    }
+    ProjectFiles files;
+    files.Scan(fs, folder.path());
+    EXPECT_EQ(3u, files.size());
+    const struct {
+        const char* name;
+        std::string path;
+    } expected[] = {{"a.c", folder / "a.c"}, {"b.c", folder / "sub\\b.c"}, {"e.c", folder / "ext\\e.c"}};
+    for (const auto& e : expected) {
+        ASSERT_NE(nullptr, files.Find(e.name)) << e.name;
+        EXPECT_EQ(e.path, *files.Find(e.name));
+    }
 }
 
 TEST_F(ExportReaderTest, AnAccessPathIsPutInFrontOfTheNameAsItStands) {
