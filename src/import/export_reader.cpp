@@ -3,6 +3,7 @@
 #include <tinyxml.h>
 
 #include <memory>
+#include <utility>
 
 #include "config/path_macros.h"
 #include "import/export_filter.h"
@@ -66,9 +67,12 @@ public:
         if (options_.files != nullptr) files_.Scan(*options_.files, folder_);
     }
 
-    bool Read(const std::string& text) {
+    // The file's text goes once it is filtered, and the filtered copy once
+    // TinyXML has parsed it: an export is held once at a time.
+    bool Read(std::string text) {
         FilteredExport filtered;
         if (!FilterExport(text, &filtered, &model_->failure)) return false;
+        std::string().swap(text);
         if (ElementDepth(filtered.text, kMaxElementDepth) > kMaxElementDepth) {
             return Fail("elements are nested more than " + std::to_string(kMaxElementDepth) + " levels deep");
         }
@@ -78,6 +82,7 @@ public:
         // Created after the filter, gone when the read returns, either way.
         auto document = std::make_unique<TiXmlDocument>();
         document->Parse(filtered.text.c_str(), nullptr, TIXML_ENCODING_LEGACY);
+        std::string().swap(filtered.text);
         if (document->Error()) {
             const int row = document->ErrorRow();
             const size_t index = row > 0 ? static_cast<size_t>(row - 1) : 0;
@@ -348,7 +353,7 @@ bool ReadExport(const std::string& path, const ReaderOptions& options, ImportMod
         Clear(model);
         return reader.Fail("cannot read the file");
     }
-    if (reader.Read(text)) return true;
+    if (reader.Read(std::move(text))) return true;
     Clear(model);
     return false;
 }
