@@ -116,10 +116,12 @@ int CommandImport(const Arguments& args, platform::Platform& platform) {
     s.EnterProject();
     const int imported = s.host_.table()->ImportProject(full_export.c_str(), 1);
     const std::string reason = TakeReason(&pane);
-    std::fputs(pane.c_str(), stdout);
+    // A refused export is bad input: its one line says why, and the pane's
+    // own failure text would only repeat it.
     if (imported == 0) {
-        Fail(export_path + ": not imported: " + (reason.empty() ? "the plug-in did not take it" : reason), 1);
+        Fail(export_path + ": not imported: " + (reason.empty() ? "the plug-in did not take it" : reason));
     }
+    std::fputs(pane.c_str(), stdout);
 
     const std::string export_dir = DirectoryOf(full_export);
     const bool moved = !SamePart(export_dir, s.project_dir_) && RebaseFilePaths(s.root_.get(), export_dir, s.project_dir_, fs) > 0;

@@ -26,8 +26,11 @@ ConfigNode::~ConfigNode() {
 
 ConfigNode::Attribute* ConfigNode::FindAttribute(const char* name) const {
     if (name == nullptr || *name == '\0') return nullptr;
+    // The length once, then lengths before bytes: a node may hold hundreds
+    // of attributes (a pair per target on a file's settings).
+    const size_t length = std::strlen(name);
     for (Attribute* a = sentinel_.next; a != &sentinel_; a = a->next) {
-        if (SameName(a->name, name)) return a;
+        if (a->name.size() == length && std::memcmp(a->name.data(), name, length) == 0) return a;
     }
     return nullptr;
 }

@@ -53,16 +53,22 @@ int ChooseTool(const ConfigNode* file, const std::string& target, const ConfigNo
 
 bool AssignToolsOnAdd(HostApi& host, ConfigNode* file, ConfigNode* configurations) {
     if (file == nullptr || configurations == nullptr || configurations->Name() != kConfigurationsNode) return false;
-    int type = FileTypeOf(file);
-    for (ConfigNode* c = configurations->FirstChild(); c != nullptr; c = c->NextSibling()) {
-        const char* name = c->GetAttribute(kNameKey);
-        if (name == nullptr) continue;
-        ConfigNode* settings = EnsureFileSettings(host, file);
-        if (settings == nullptr) continue;
-        std::string map = FileMapOf(c);
-        std::string tool_key = std::string(name) + kToolSuffix;
-        EditNode(host, settings, [&](ConfigNode* edit) {
-            edit->SetAttribute(name, "");
+    bool named = false;
+    for (ConfigNode* c = configurations->FirstChild(); c != nullptr && !named; c = c->NextSibling()) {
+        named = c->GetAttribute(kNameKey) != nullptr;
+    }
+    if (!named) return true;
+    ConfigNode* settings = EnsureFileSettings(host, file);
+    if (settings == nullptr) return true;
+    const int type = FileTypeOf(file);
+    // One edit for every target: a project with many targets and files
+    // would otherwise copy each file's settings once per target.
+    EditNode(host, settings, [&](ConfigNode* edit) {
+        for (ConfigNode* c = configurations->FirstChild(); c != nullptr; c = c->NextSibling()) {
+            const char* name = c->GetAttribute(kNameKey);
+            if (name == nullptr) continue;
+            const std::string map = FileMapOf(c);
+            const std::string tool_key = std::string(name) + kToolSuffix;
             // The C and C++ branches start from the ARM key even for the
             // Thumb compilers; the compile step computes the right string.
             switch (type) {
@@ -80,9 +86,11 @@ bool AssignToolsOnAdd(HostApi& host, ConfigNode* file, ConfigNode* configuration
                     // still chosen by the file's kind.
                     if (Contains(map, "@armasm")) edit->SetAttributeInt(tool_key.c_str(), kToolArmasm);
                     break;
+                default:
+                    edit->SetAttribute(name, "");
             }
-        });
-    }
+        }
+    });
     return true;
 }
 

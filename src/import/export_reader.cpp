@@ -3,6 +3,7 @@
 #include <tinyxml.h>
 
 #include <memory>
+#include <utility>
 
 #include "config/path_macros.h"
 #include "import/export_filter.h"
@@ -53,6 +54,7 @@ public:
     Reader(const ReaderOptions& options, const std::string& export_folder, ImportModel* model)
         : options_(options), model_(model) {
         folder_ = export_folder;
+        model_->folder = export_folder;
         if (options_.files != nullptr) {
             macros_ = config::MakePathMacros(export_folder, options_.compiler_home, *options_.files);
         } else {
@@ -66,9 +68,12 @@ public:
         if (options_.files != nullptr) files_.Scan(*options_.files, folder_);
     }
 
-    bool Read(const std::string& text) {
+    // The file's text goes once it is filtered, and the filtered copy once
+    // TinyXML has parsed it: an export is held once at a time.
+    bool Read(std::string text) {
         FilteredExport filtered;
         if (!FilterExport(text, &filtered, &model_->failure)) return false;
+        std::string().swap(text);
         if (ElementDepth(filtered.text, kMaxElementDepth) > kMaxElementDepth) {
             return Fail("elements are nested more than " + std::to_string(kMaxElementDepth) + " levels deep");
         }
@@ -78,6 +83,7 @@ public:
         // Created after the filter, gone when the read returns, either way.
         auto document = std::make_unique<TiXmlDocument>();
         document->Parse(filtered.text.c_str(), nullptr, TIXML_ENCODING_LEGACY);
+        std::string().swap(filtered.text);
         if (document->Error()) {
             const int row = document->ErrorRow();
             const size_t index = row > 0 ? static_cast<size_t>(row - 1) : 0;
@@ -89,9 +95,7 @@ public:
         if (project == nullptr) return Fail("no PROJECT element");
         for (const TiXmlElement* e = project->FirstChildElement(); e != nullptr; e = e->NextSiblingElement()) {
             if (Is(e, "TARGETLIST")) {
-                for (const TiXmlElement* t = e->FirstChildElement(); t != nullptr; t = t->NextSiblingElement()) {
-                    if (!ReadTarget(t)) return false;
-                }
+                ReadTargets(e);
             } else if (Is(e, "TARGETORDER")) {
                 for (const TiXmlElement* o = e->FirstChildElement(); o != nullptr; o = o->NextSiblingElement()) {
                     model_->target_order.push_back(ChildText(o, "NAME"));
@@ -110,17 +114,35 @@ public:
 
 private:
     void Note(const std::string& text) { model_->notes.push_back(text); }
+    static bool Failed(const std::string& text, std::string* why) {
+        *why = text;
+        return false;
+    }
 
-    bool ReadTarget(const TiXmlElement* element) {
+    // A target that fails to read ends the list: the targets before it stay.
+    void ReadTargets(const TiXmlElement* list) {
+        for (const TiXmlElement* t = list->FirstChildElement(); t != nullptr; t = t->NextSiblingElement()) {
+            std::string why;
+            if (ReadTarget(t, &why)) continue;
+            size_t after = 0;
+            for (const TiXmlElement* n = t->NextSiblingElement(); n != nullptr; n = n->NextSiblingElement()) ++after;
+            Note(why + "; the target list ends there: " +
+                 (after == 0 ? std::string("it is left out")
+                             : "it and the " + std::to_string(after) + " target(s) after it are left out"));
+            return;
+        }
+    }
+
+    bool ReadTarget(const TiXmlElement* element, std::string* why) {
         ImportTarget target;
         target.name = TextOf(element->FirstChildElement());
         const std::string which = "target " + std::to_string(model_->targets.size() + 1) + " ('" + target.name + "')";
         const TiXmlElement* list = element->FirstChildElement("SETTINGLIST");
-        if (list == nullptr) return Fail(which + " has no SETTINGLIST");
+        if (list == nullptr) return Failed(which + " has no SETTINGLIST", why);
         for (const TiXmlElement* e = list->FirstChildElement(); e != nullptr; e = e->NextSiblingElement()) {
             if (Is(e, "SETTING")) {
                 const std::string name = ChildText(e, "NAME");
-                if (name.empty()) return Fail(which + ": a SETTING without NAME");
+                if (name.empty()) return Failed(which + ": a SETTING without NAME", why);
                 if (name == "UserSearchPaths") {
                     ReadSearchPaths(e, target, &target.user_paths);
                 } else if (name == "SystemSearchPaths") {
@@ -132,7 +154,7 @@ private:
                 }
             } else if (Is(e, "PANELDATA")) {
                 const std::string name = ChildText(e, "NAME");
-                if (name.empty()) return Fail(which + ": a PANELDATA without NAME");
+                if (name.empty()) return Failed(which + ": a PANELDATA without NAME", why);
                 ReadPanelData(e, name, target);
             }
         }
@@ -232,29 +254,37 @@ private:
     }
 
     void ReadGroups(const TiXmlElement* list) {
-        for (const TiXmlElement* e = list->FirstChildElement(); e != nullptr; e = e->NextSiblingElement()) {
+        ReadEntries(list->FirstChildElement(), nullptr, &model_->groups);
+    }
+
+    // FILEREF elements are files; at the top every other element is a group,
+    // inside a group (`group` its path, "A/B") only GROUP elements are. A
+    // group's first child holds its name, and is a file too when it is a
+    // FILEREF. The nesting is bounded by kMaxElementDepth.
+    void ReadEntries(const TiXmlElement* first, const std::string* group, std::vector<GroupEntry>* out) {
+        const std::string where = group != nullptr ? *group : std::string();
+        for (const TiXmlElement* e = first; e != nullptr; e = e->NextSiblingElement()) {
             if (Is(e, "FILEREF")) {
-                GroupEntry entry;
-                if (ReadFileRef(e, "", &entry.files)) model_->groups.push_back(std::move(entry));
+                GroupEntry file;
+                if (ReadFileRef(e, where, &file.file)) out->push_back(std::move(file));
                 continue;
             }
-            GroupEntry group;
-            group.is_group = true;
+            if (group != nullptr && !Is(e, "GROUP")) continue;
+            GroupEntry inner;
+            inner.is_group = true;
             const TiXmlElement* name = e->FirstChildElement();
-            group.name = TextOf(name);
-            for (const TiXmlElement* c = name; c != nullptr; c = c->NextSiblingElement()) {
-                if (Is(c, "FILEREF")) {
-                    ReadFileRef(c, group.name, &group.files);
-                } else if (c != name && Is(c, "GROUP")) {
-                    Note("group '" + ChildText(c, "NAME") + "' inside group '" + group.name +
-                         "' is left out with its files: groups are taken over one level deep");
-                }
+            inner.name = TextOf(name);
+            const std::string path = where.empty() ? inner.name : where + "/" + inner.name;
+            if (name != nullptr && Is(name, "FILEREF")) {
+                GroupEntry file;
+                if (ReadFileRef(name, path, &file.file)) inner.entries.push_back(std::move(file));
             }
-            model_->groups.push_back(std::move(group));
+            if (name != nullptr) ReadEntries(name->NextSiblingElement(), &path, &inner.entries);
+            out->push_back(std::move(inner));
         }
     }
 
-    bool ReadFileRef(const TiXmlElement* ref, const std::string& group, std::vector<FileRef>* out) {
+    bool ReadFileRef(const TiXmlElement* ref, const std::string& group, FileRef* out) {
         const std::string name = ChildText(ref, "PATH");
         const std::string where = group.empty() ? std::string() : " in group '" + group + "'";
         if (name.empty()) {
@@ -263,16 +293,16 @@ private:
         }
         const std::string access = ChildText(ref, "ACCESSPATH");
         if (!access.empty()) {
-            out->push_back(FileRef{name, access + name});
+            *out = FileRef{name, access + name};
             return true;
         }
         if (const std::string* full = files_.Find(name)) {
-            out->push_back(FileRef{name, files_.Relative(*full)});
+            *out = FileRef{name, files_.Relative(*full)};
             return true;
         }
         std::string found;
         if (FindOnSearchPaths(name, &found)) {
-            out->push_back(FileRef{name, found});
+            *out = FileRef{name, found};
             return true;
         }
         Note("file '" + name + "'" + where + " is neither below the export's folder nor on a user search path; left out");
@@ -348,7 +378,7 @@ bool ReadExport(const std::string& path, const ReaderOptions& options, ImportMod
         Clear(model);
         return reader.Fail("cannot read the file");
     }
-    if (reader.Read(text)) return true;
+    if (reader.Read(std::move(text))) return true;
     Clear(model);
     return false;
 }

@@ -4,11 +4,12 @@
 //
 // Failures (the read returns false and the model holds no target and no
 // group, only `failure`): a file that cannot be read or is empty, a second
-// line other than kExportVersionLine, XML that TinyXML does not parse, no
-// PROJECT element, and a target that fails to read (no SETTINGLIST, or a
-// SETTING or PANELDATA without NAME text), which ends the target list.
-// Missing panels, unknown settings, panels and elements are skipped; what
-// a user would miss is said in `notes`.
+// line other than kExportVersionLine, XML that TinyXML does not parse and
+// no PROJECT element. A target that fails to read (no SETTINGLIST, or a
+// SETTING or PANELDATA without NAME text) ends the target list: the targets
+// before it, the target order and the groups are read, and a note names the
+// target and why. Missing panels, unknown settings, panels and elements are
+// skipped; what a user would miss is said in `notes`.
 #pragma once
 
 #include <string>

@@ -63,6 +63,7 @@ struct PanelRecord {
     bool present = false;
     std::vector<std::string> rows;         // one per row of the panel's kind
     std::vector<std::string> definitions;  // the copies the definitions row joins
+    std::vector<std::string> definition_lines;  // the lines they were copied from
     std::vector<std::string> unknown;      // option lines that no row names
 };
 
@@ -101,14 +102,19 @@ struct FileRef {
     std::string path;  // where it was found, relative to the export's folder when below it
 };
 
-// One entry of GROUPLIST: a group with its files, or one file at the top.
+// One entry of GROUPLIST or of a group: a file, or a group with its own
+// files and groups in the order the export lists them.
 struct GroupEntry {
     bool is_group = false;
-    std::string name;  // the group's name
-    std::vector<FileRef> files;
+    std::string name;                 // a group's name
+    FileRef file;                     // a file's reference
+    std::vector<GroupEntry> entries;  // a group's entries
 };
 
 struct ImportModel {
+    // The export's folder: file references and the relative paths of the
+    // panels start from it.
+    std::string folder;
     std::vector<ImportTarget> targets;
     size_t target_count = 0;
     std::vector<std::string> target_order;

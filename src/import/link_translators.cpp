@@ -73,7 +73,7 @@ std::string Value(const std::string& row) { return opt::Unquote(Trimmed(row)); }
 
 }  // namespace
 
-std::string TranslateLinker(const PanelRecord& r, const NoteSink& notes) {
+std::string TranslateLinker(const PanelRecord& r, const std::string& folder, const NoteSink& notes) {
     const auto row = [&r](int i) -> const std::string& { return r.rows[static_cast<size_t>(i)]; };
     std::string out;
 
@@ -96,7 +96,7 @@ std::string TranslateLinker(const PanelRecord& r, const NoteSink& notes) {
         if (!ro_base.empty() || !rw_base.empty()) {
             notes.Add("the base addresses are left out: the scatter file places the regions");
         }
-        out += " -scatter \"" + scatter + "\"";
+        out += " -scatter \"" + InputFile(scatter, "scatter file", folder, notes) + "\"";
     } else {
         // armlink's own read-only base is not written.
         if (!ro_base.empty() && ro_base != "0x8000") out += " -ro-base " + ro_base;
@@ -158,7 +158,7 @@ std::string TranslateLinker(const PanelRecord& r, const NoteSink& notes) {
     // Extras
     const std::string unresolved = Value(row(link_row::kUnresolved));
     if (!unresolved.empty()) out += " -unresolved " + opt::QuoteIfNeeded(unresolved);
-    const std::string via = Value(row(link_row::kVia));
+    const std::string via = InputFile(row(link_row::kVia), "via file", folder, notes);
     if (!via.empty()) out += " -via " + opt::QuoteIfNeeded(via);
 
     for (const CarryOver& c : kLinkerSwitches) {

@@ -51,7 +51,7 @@ const RowSpec kAssemblerRows[asm_row::kCount] = {
     {".terse", '=', "", V},
     {".xref", '=', "", V},
     {"-via", '#', "", V},
-    {"-PD", 0, "", RowKind::kDefinitions},
+    {"-PD", 0, "", RowKind::kPredefines},
 };
 
 // The same rows for the four compilers; each reader searches the dump for
@@ -88,7 +88,7 @@ const RowSpec kCompilerRows[cc_row::kCount] = {
 
 const RowSpec kLinkerRows[link_row::kCount] = {
     {".linktype", '#', "", RowKind::kLinkType},
-    {"-entry", '#', "0x800", V},
+    {"-entry", '#', "", V},  // no entry point unless the panel names one
     {"-scatter", '#', "", V},
     {"-ro-base", '#', "", V},
     {"-rw-base", '#', "", V},
@@ -159,8 +159,10 @@ PanelRecord ReadPanel(PanelKind kind, const std::string& panel_text) {
     for (int i = 0; i < spec.count; ++i) {
         const RowSpec& row = spec.rows[i];
         std::string& out = record.rows[static_cast<size_t>(i)];
-        if (row.kind == RowKind::kDefinitions) {
-            record.definitions = DefinitionCopies(lines, row.name);
+        if (row.kind == RowKind::kDefinitions || row.kind == RowKind::kPredefines) {
+            record.definition_lines = DefinitionLines(lines, row.name);
+            record.definitions =
+                row.kind == RowKind::kPredefines ? record.definition_lines : DefinitionCopies(lines, row.name);
             out = JoinDefinitions(record.definitions);
             continue;
         }

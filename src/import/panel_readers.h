@@ -28,7 +28,8 @@ enum class RowKind {
     kLinkType,     // "-partial" when the line ".linktype=-partial" is there, else the value
     kProjectName,  // " --no_useprojectname" when the value says no
     kOutputName,   // "-outputname " + value, empty when no value
-    kDefinitions,  // the definition lines with `name` as their prefix
+    kDefinitions,  // the definition lines with `name` as their prefix, each cut at its first '.' or '?'
+    kPredefines,   // the same, whole
 };
 
 struct RowSpec {

@@ -1,5 +1,7 @@
 #include "import/panel_text.h"
 
+#include <algorithm>
+
 namespace ads::import {
 
 std::string DecodePanelText(const std::string& value, const std::string& hex_name) {
@@ -52,12 +54,17 @@ std::string LookupSwitch(const std::vector<std::string>& lines, const std::strin
     return name == "-fpu" ? std::string() : default_text;
 }
 
-std::vector<std::string> DefinitionCopies(const std::vector<std::string>& lines, const std::string& prefix) {
-    std::vector<std::string> copies;
+std::vector<std::string> DefinitionLines(const std::vector<std::string>& lines, const std::string& prefix) {
+    std::vector<std::string> found;
     for (const std::string& line : lines) {
-        if (line.compare(0, prefix.size(), prefix) != 0) continue;
-        copies.push_back(line.substr(0, line.find_first_of("?.")));
+        if (line.compare(0, prefix.size(), prefix) == 0) found.push_back(line);
     }
+    return found;
+}
+
+std::vector<std::string> DefinitionCopies(const std::vector<std::string>& lines, const std::string& prefix) {
+    std::vector<std::string> copies = DefinitionLines(lines, prefix);
+    for (std::string& copy : copies) copy.erase(std::min(copy.find_first_of("?."), copy.size()));
     return copies;
 }
 

@@ -27,8 +27,10 @@ std::vector<std::string> SplitOptionLines(const std::string& text);
 std::string LookupSwitch(const std::vector<std::string>& lines, const std::string& name, char separator,
                          const std::string& default_text);
 
-// Every line that begins with `prefix` ("-D", "-PD"), cut before its first
-// '?' or '.'.
+// Every line that begins with `prefix` ("-D", "-PD").
+std::vector<std::string> DefinitionLines(const std::vector<std::string>& lines, const std::string& prefix);
+// The same lines, each cut before its first '?' or '.' (the compilers'
+// definitions; the assembler's predefines stay whole).
 std::vector<std::string> DefinitionCopies(const std::vector<std::string>& lines, const std::string& prefix);
 // The copies joined, each followed by one blank.
 std::string JoinDefinitions(const std::vector<std::string>& copies);

@@ -13,6 +13,8 @@
 #include "options/option_tables.h"
 #include "options/option_text.h"
 #include "options/pages.h"
+#include "platform/platform.h"
+#include "platform/text.h"
 
 namespace ads::import {
 
@@ -200,8 +202,8 @@ int ReadOptLevel(const std::string& value, const NoteSink& notes) {
     return 2;
 }
 
-std::string ReadVia(const std::string& value) {
-    const std::string file = opt::Unquote(Trimmed(value));
+std::string ReadVia(const std::string& value, const std::string& folder, const NoteSink& notes) {
+    const std::string file = InputFile(value, "via file", folder, notes);
     return file.empty() ? std::string() : opt::ViaText(file);
 }
 
@@ -251,7 +253,19 @@ std::string CanonicalAssembler(const opt::AssemblerSettings& a, const NoteSink& 
 
 }  // namespace
 
-std::string TranslateCompiler(const PanelRecord& r, bool c_language, const NoteSink& notes) {
+std::string InputFile(const std::string& row, const char* what, const std::string& folder, const NoteSink& notes) {
+    const std::string named = opt::Unquote(Trimmed(row));
+    if (named.empty() || folder.empty() || platform::IsAbsolutePath(named) || named[0] == '\\' || named[0] == '/' ||
+        named[0] == '{') {
+        return named;
+    }
+    const std::string file = platform::JoinPath(folder, named);
+    notes.Add(std::string(what) + " " + Quoted(named) + " is taken as " + Quoted(file) + ", from the export's folder");
+    return file;
+}
+
+std::string TranslateCompiler(const PanelRecord& r, bool c_language, const std::string& folder,
+                              const NoteSink& notes) {
     const auto row = [&r](int i) -> const std::string& { return r.rows[static_cast<size_t>(i)]; };
     const PanelKind kind = c_language ? kPanelArmC : kPanelArmCpp;
     opt::CompilerSettings s;
@@ -314,7 +328,12 @@ std::string TranslateCompiler(const PanelRecord& r, bool c_language, const NoteS
 
     // Preprocessor
     std::vector<std::string> defines;
-    for (const std::string& copy : r.definitions) {
+    for (size_t i = 0; i < r.definitions.size(); ++i) {
+        const std::string& copy = r.definitions[i];
+        if (i < r.definition_lines.size() && r.definition_lines[i] != copy) {
+            notes.Add("definition " + Quoted(r.definition_lines[i]) + " is cut at its first '.' or '?': " +
+                      Quoted(copy) + " is taken over");
+        }
         const std::string define = copy.substr(2);
         if (define.empty()) {
             notes.Add("a definition without a name is left out");
@@ -325,7 +344,7 @@ std::string TranslateCompiler(const PanelRecord& r, bool c_language, const NoteS
     s.preprocessor = opt::DefinesText(defines);
 
     // Extras
-    s.extras = ReadVia(row(cc_row::kVia));
+    s.extras = ReadVia(row(cc_row::kVia), folder, notes);
 
     for (int i = 0; i < kCompilerEqualsSwitchCount; ++i) {
         const CarryOver& c = kCompilerEqualsSwitches[i];
@@ -372,7 +391,7 @@ const AssemblerFlagRow kAssemblerFlags[] = {
 
 }  // namespace
 
-std::string TranslateAssembler(const PanelRecord& r, const NoteSink& notes) {
+std::string TranslateAssembler(const PanelRecord& r, const std::string& folder, const NoteSink& notes) {
     const auto row = [&r](int i) -> const std::string& { return r.rows[static_cast<size_t>(i)]; };
     opt::AssemblerSettings a;
 
@@ -433,7 +452,7 @@ std::string TranslateAssembler(const PanelRecord& r, const NoteSink& notes) {
     }
     a.predefines = opt::PredefinesText(entries);
 
-    a.extras = ReadVia(row(asm_row::kVia));
+    a.extras = ReadVia(row(asm_row::kVia), folder, notes);
 
     try {
         return CanonicalAssembler(a, notes);

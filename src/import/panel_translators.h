@@ -51,10 +51,18 @@ extern const int kCompilerEqualsSwitchCount;
 extern const CarryOver kLinkerSwitches[];
 extern const int kLinkerSwitchCount;
 
+// A file a tool reads (a via file, a scatter description): the row's value
+// unquoted, and when it is a relative path, written from `folder` (the
+// export's folder) so that it is found whatever the working folder of a
+// build, with a note naming `what` and both paths. A full path, one from a
+// drive's root and one starting with a path macro stay as they are.
+std::string InputFile(const std::string& row, const char* what, const std::string& folder, const NoteSink& notes);
+
 // armcc and tcc take `c_language`; armcpp and tcpp do not.
-std::string TranslateCompiler(const PanelRecord& record, bool c_language, const NoteSink& notes);
-std::string TranslateAssembler(const PanelRecord& record, const NoteSink& notes);
-std::string TranslateLinker(const PanelRecord& record, const NoteSink& notes);
+std::string TranslateCompiler(const PanelRecord& record, bool c_language, const std::string& folder,
+                              const NoteSink& notes);
+std::string TranslateAssembler(const PanelRecord& record, const std::string& folder, const NoteSink& notes);
+std::string TranslateLinker(const PanelRecord& record, const std::string& folder, const NoteSink& notes);
 // The format switch and, when the panel names an output file,
 // ` -output "name"`.
 std::string TranslateFromElf(const PanelRecord& record, const NoteSink& notes);

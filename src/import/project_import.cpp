@@ -1,5 +1,7 @@
 #include "import/project_import.h"
 
+#include <set>
+
 #include "config/defaults.h"
 #include "config/file_tools.h"
 #include "config/path_macros.h"
@@ -63,21 +65,20 @@ ConfigNode* MakeFile(const FileRef& ref, const std::string& group, const ImportM
     return file;
 }
 
-// Every new source file gets its tool and option text for every target, as
-// a file the user adds does. Groups are one level deep.
-void AssignTools(config::HostApi& host, ConfigNode* first_new, ConfigNode* configurations) {
-    auto assign = [&](ConfigNode* node) {
-        if (node->Name() != config::kFileNode) return;
-        int32_t kind = 0;
-        node->GetAttributeInt(config::kFileTypeKey, &kind);
-        if (kind == config::kKindC || kind == config::kKindAsm || kind == config::kKindCpp) {
-            config::AssignToolsOnAdd(host, node, configurations);
+// A group's entries under `parent`: files, and groups as "Filter" nodes
+// holding theirs. `group` is the path of the group, "A/B" as the host
+// writes nested groups. The export's nesting is bounded by the reader.
+void AppendEntries(ConfigNode* parent, const std::vector<GroupEntry>& entries, const std::string& group,
+                   const ImportModel& model) {
+    for (const GroupEntry& entry : entries) {
+        if (!entry.is_group) {
+            parent->AppendChild(MakeFile(entry.file, group, model));
+            continue;
         }
-    };
-    for (ConfigNode* node = first_new; node != nullptr; node = node->NextSibling()) {
-        assign(node);
-        if (node->Name() != config::kFilterNode) continue;
-        for (ConfigNode* child = node->FirstChild(); child != nullptr; child = child->NextSibling()) assign(child);
+        auto* filter = new ConfigNode(config::kFilterNode);
+        filter->SetAttribute(config::kNameKey, entry.name);
+        AppendEntries(filter, entry.entries, group.empty() ? entry.name : group + "/" + entry.name, model);
+        parent->AppendChild(filter);
     }
 }
 
@@ -85,29 +86,50 @@ void AddFileTree(config::HostApi& host, ConfigNode* files, ConfigNode* configura
     if (model.groups.empty()) return;
     size_t before = 0;
     for (ConfigNode* c = files->FirstChild(); c != nullptr; c = c->NextSibling()) ++before;
-    config::EditNode(host, files, [&](ConfigNode* edit) {
-        for (const GroupEntry& entry : model.groups) {
-            if (!entry.is_group) {
-                for (const FileRef& ref : entry.files) edit->AppendChild(MakeFile(ref, std::string(), model));
-                continue;
-            }
-            auto* filter = new ConfigNode(config::kFilterNode);
-            filter->SetAttribute(config::kNameKey, entry.name);
-            for (const FileRef& ref : entry.files) filter->AppendChild(MakeFile(ref, entry.name, model));
-            edit->AppendChild(filter);
-        }
-    });
+    config::EditNode(host, files, [&](ConfigNode* edit) { AppendEntries(edit, model.groups, std::string(), model); });
     ConfigNode* first_new = files->FirstChild();
     for (size_t i = 0; i < before && first_new != nullptr; ++i) first_new = first_new->NextSibling();
-    AssignTools(host, first_new, configurations);
+    // Every new source file gets its tool and option text for every target,
+    // as a file the user adds does.
+    WalkTree(first_new, [&](ConfigNode* node) {
+        if (node->Name() != config::kFileNode) return false;
+        int32_t kind = 0;
+        node->GetAttributeInt(config::kFileTypeKey, &kind);
+        if (kind == config::kKindC || kind == config::kKindAsm || kind == config::kKindCpp) {
+            config::AssignToolsOnAdd(host, node, configurations);
+        }
+        return false;
+    });
+}
+
+// Targets named like one before them, in the export or in the project, get
+// " (2)", " (3)" ... so that each can be chosen by its name.
+void MakeNamesUnique(ImportModel& model, const ConfigNode* configurations) {
+    std::set<std::string> taken;
+    for (const ConfigNode* c = configurations->FirstChild(); c != nullptr; c = c->NextSibling()) {
+        if (const char* name = c->GetAttribute(config::kNameKey)) taken.insert(name);
+    }
+    for (ImportTarget& target : model.targets) {
+        if (target.name.empty() || taken.insert(target.name).second) continue;
+        std::string unique;
+        for (int n = 2; !taken.insert(unique = target.name + " (" + std::to_string(n) + ")").second; ++n) {
+        }
+        model.notes.push_back("target '" + target.name + "' is imported as '" + unique +
+                              "': the name is taken by a target before it");
+        target.name = unique;
+    }
 }
 
 // A target's configuration keys, written in the order a new target has
 // them, with a note for each thing of the export that is not taken over.
 class TargetKeys {
 public:
-    TargetKeys(const ImportTarget& target, std::vector<std::string>* notes)
-        : target_(target), notes_(notes), where_("target '" + target.name + "'"), target_notes_{notes, where_} {}
+    TargetKeys(const ImportTarget& target, const std::string& folder, std::vector<std::string>* notes)
+        : target_(target),
+          folder_(folder),
+          notes_(notes),
+          where_("target '" + target.name + "'"),
+          target_notes_{notes, where_} {}
 
     Attributes Take() { return std::move(keys_); }
 
@@ -146,7 +168,7 @@ public:
 
     void PutLinkerPanel() {
         const PanelRecord& linker = target_.panels[kPanelLinker];
-        if (linker.present) Put(config::kLinkerParamsKey, TranslateLinker(linker, PanelNotes("ARM Linker")));
+        if (linker.present) Put(config::kLinkerParamsKey, TranslateLinker(linker, folder_, PanelNotes("ARM Linker")));
     }
 
     void PutFileMap() {
@@ -169,6 +191,10 @@ public:
         if (!post.empty() && !IsAdsPostLinker(post)) {
             target_notes_.Add("post-linker '" + post + "' is not one the plug-in runs after a link");
         }
+        if (platform::EqualsIgnoringCase(post, config::kPostLinkBatchFile)) {
+            target_notes_.Add("the export holds no command for the post-linker '" + post +
+                              "': nothing runs after the link until one is set in " + config::kBatchFileParamsKey);
+        }
         Put(config::kPostLinkKey, post.empty() ? config::kDefaultPostLink : post);
     }
 
@@ -177,25 +203,28 @@ public:
         if (elf.present) Put(config::kFromElfParamsKey, TranslateFromElf(elf, PanelNotes("ARM fromELF")));
     }
 
-    // A tool without a panel gets no key and one note names them all.
+    // A tool without a panel gets the options of a new target, and one note
+    // names them all.
     void PutToolPanels() {
         std::string missing;
         for (const ToolKey& k : kToolKeys) {
             const PanelRecord& panel = target_.panels[k.panel];
             if (!panel.present) {
                 missing += missing.empty() ? k.tool : std::string(", ") + k.tool;
+                Put(k.key, k.panel == kPanelAssembler ? config::kDefaultAsmParams : config::kDefaultCompilerParams);
                 continue;
             }
             const NoteSink sink = PanelNotes(kPanelToolNames[k.panel]);
             if (k.panel == kPanelAssembler) {
-                Put(k.key, TranslateAssembler(panel, sink));
+                Put(k.key, TranslateAssembler(panel, folder_, sink));
             } else {
-                Put(k.key, TranslateCompiler(panel, k.panel == kPanelArmC || k.panel == kPanelThumbC, sink));
+                Put(k.key, TranslateCompiler(panel, k.panel == kPanelArmC || k.panel == kPanelThumbC, folder_, sink));
             }
         }
         if (!missing.empty()) {
-            target_notes_.Add("the export has no panel for " + missing + "; the target keeps no options for " +
-                              (missing.find(',') == std::string::npos ? "that tool" : "those tools"));
+            target_notes_.Add("the export has no panel for " + missing + "; " +
+                              (missing.find(',') == std::string::npos ? "that tool gets" : "those tools get") +
+                              " the options of a new target");
         }
     }
 
@@ -224,6 +253,7 @@ private:
     NoteSink PanelNotes(const std::string& panel) const { return NoteSink{notes_, where_ + ", " + panel}; }
 
     const ImportTarget& target_;
+    const std::string& folder_;
     std::vector<std::string>* notes_;
     const std::string where_;
     const NoteSink target_notes_;
@@ -277,8 +307,9 @@ int FileKindOf(const std::string& path, const ImportModel& model) {
     return config::kKindNone;
 }
 
-Attributes ConfigurationKeys(const ImportTarget& target, const DeviceSettings& device, std::vector<std::string>* notes) {
-    TargetKeys keys(target, notes);
+Attributes ConfigurationKeys(const ImportTarget& target, const std::string& folder, const DeviceSettings& device,
+                             std::vector<std::string>* notes) {
+    TargetKeys keys(target, folder, notes);
     keys.PutDevice(device);
     keys.PutDefaults();
     keys.PutSearchPaths();
@@ -294,7 +325,7 @@ Attributes ConfigurationKeys(const ImportTarget& target, const DeviceSettings& d
 
 std::vector<std::string> ImportNotes(const ImportModel& model) {
     std::vector<std::string> notes = model.notes;
-    for (const ImportTarget& target : model.targets) ConfigurationKeys(target, DeviceSettings(), &notes);
+    for (const ImportTarget& target : model.targets) ConfigurationKeys(target, model.folder, DeviceSettings(), &notes);
     return notes;
 }
 
@@ -321,10 +352,11 @@ int ImportProject(config::HostApi& host, ConfigNode* project, const ImportReques
     if (!read) host.Write(kImportFailed);
 
     if (!model.targets.empty()) {
+        MakeNamesUnique(model, configurations);
         config::EditNode(host, configurations, [&](ConfigNode* edit) {
             for (const ImportTarget& target : model.targets) {
                 auto* configuration = new ConfigNode(config::kConfigurationNode);
-                for (const auto& [key, value] : ConfigurationKeys(target, request.device, nullptr)) {
+                for (const auto& [key, value] : ConfigurationKeys(target, model.folder, request.device, nullptr)) {
                     configuration->SetAttribute(key, value);
                 }
                 edit->AppendChild(configuration);

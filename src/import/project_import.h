@@ -46,18 +46,19 @@ struct ImportRequest {
 // Writes the project keys, creates "Configurations" and "Files" when the
 // project lacks them, reads the export (on failure kImportFailed goes to the
 // output pane and nothing more is added), adds one configuration per target
-// and the group and file tree, and gives every new source file its tool in
-// every target. 1 when the export was imported; 0 when the project is null,
-// its lists cannot be made or the export cannot be read. `model` receives
-// what was read.
+// (a name taken already gets a number, with a note) and the group and file
+// tree, and gives every new source file its tool in every target. 1 when
+// the export was imported; 0 when the project is null, its lists cannot be
+// made or the export cannot be read. `model` receives what was read.
 int ImportProject(config::HostApi& host, ConfigNode* project, const ImportRequest& request,
                   ImportModel* model = nullptr);
 
 using Attributes = std::vector<std::pair<std::string, std::string>>;
 
 // The keys of one target's "Configuration" node, in the order they are
-// written. What cannot be taken over is added to `notes` (may be null).
-Attributes ConfigurationKeys(const ImportTarget& target, const DeviceSettings& device,
+// written; relative paths of its panels start from `folder`. What cannot be
+// taken over is added to `notes` (may be null).
+Attributes ConfigurationKeys(const ImportTarget& target, const std::string& folder, const DeviceSettings& device,
                              std::vector<std::string>* notes);
 
 // The mappings as a mapping string: one group per tool that has extensions,

@@ -45,8 +45,9 @@ public:
 
 struct DirectoryEntry {
     std::string name;
-    bool is_directory = false;
+    bool is_directory = false;  // also a link or junction to a folder
     bool is_hidden = false;
+    bool is_link = false;       // a symbolic link, junction or other reparse point
 };
 
 class FileSystem {
@@ -71,6 +72,11 @@ public:
     // The entries of a directory in the order the system lists them ("."
     // and ".." left out). False when the directory cannot be listed.
     virtual bool ListDirectory(const std::string& path, std::vector<DirectoryEntry>* entries) = 0;
+    // A text naming the file or folder itself rather than a path to it: two
+    // paths that reach the same folder, through links and junctions or not,
+    // give the same text (the volume and the file index). Empty when the
+    // path cannot be opened.
+    virtual std::string FileIdentity(const std::string& path) = 0;
     // The Windows directory; on POSIX $ORVANE_SYSTEM_DIR, else empty.
     virtual std::string WindowsDirectory() = 0;
     // Modification time in nanoseconds since an arbitrary epoch; false when

@@ -54,14 +54,18 @@ void CheckTranslations(const ImportModel& model) {
         for (PanelKind kind : {kPanelArmC, kPanelArmCpp, kPanelThumbC, kPanelThumbCpp}) {
             if (!target.panels[kind].present) continue;
             const bool c_language = kind == kPanelArmC || kind == kPanelThumbC;
-            const std::string s = TranslateCompiler(target.panels[kind], c_language, NoteSink{nullptr, ""});
+            const std::string s =
+                TranslateCompiler(target.panels[kind], c_language, model.folder, NoteSink{nullptr, ""});
             Require(opt::WriteCompilerOptions(opt::ReadCompilerSettings(s, c_language), c_language) == s);
         }
         if (target.panels[kPanelAssembler].present) {
-            const std::string s = TranslateAssembler(target.panels[kPanelAssembler], NoteSink{nullptr, ""});
+            const std::string s =
+                TranslateAssembler(target.panels[kPanelAssembler], model.folder, NoteSink{nullptr, ""});
             Require(opt::WriteAssemblerOptions(opt::ReadAssemblerSettings(s)) == s);
         }
-        if (target.panels[kPanelLinker].present) TranslateLinker(target.panels[kPanelLinker], NoteSink{nullptr, ""});
+        if (target.panels[kPanelLinker].present) {
+            TranslateLinker(target.panels[kPanelLinker], model.folder, NoteSink{nullptr, ""});
+        }
         if (target.panels[kPanelFromElf].present) TranslateFromElf(target.panels[kPanelFromElf], NoteSink{nullptr, ""});
     }
 }

@@ -148,6 +148,8 @@ public:
         *entries = it->second;
         return true;
     }
+    // Without links in memory, a folder is what its path names.
+    std::string FileIdentity(const std::string& path) override { return PathExists(path) ? FullPath(path) : ""; }
     std::string WindowsDirectory() override { return windows_directory; }
     bool ModificationTime(const std::string& path, int64_t* time) override {
         auto it = times.find(path);

@@ -263,9 +263,10 @@ public:
                 item.is_directory = true;
             } else if (entry->d_type == DT_UNKNOWN || entry->d_type == DT_LNK) {
                 // A link to a folder lists as a folder, as a junction does.
+                const std::string full = directory + "/" + name;
                 struct stat info;
-                item.is_directory =
-                    ::stat((directory + "/" + name).c_str(), &info) == 0 && S_ISDIR(info.st_mode);
+                item.is_directory = ::stat(full.c_str(), &info) == 0 && S_ISDIR(info.st_mode);
+                item.is_link = entry->d_type == DT_LNK || (::lstat(full.c_str(), &info) == 0 && S_ISLNK(info.st_mode));
             }
             entries->push_back(std::move(item));
         }
@@ -276,6 +277,13 @@ public:
             return LessIgnoringCase(a.name, b.name);
         });
         return true;
+    }
+
+    std::string FileIdentity(const std::string& path) override {
+        struct stat info;
+        if (!StatPath(path, &info)) return std::string();
+        return std::to_string(static_cast<unsigned long long>(info.st_dev)) + ":" +
+               std::to_string(static_cast<unsigned long long>(info.st_ino));
     }
 
     std::string WindowsDirectory() override {

@@ -145,10 +145,25 @@ public:
             entry.name = name;
             entry.is_directory = (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
             entry.is_hidden = (data.dwFileAttributes & FILE_ATTRIBUTE_HIDDEN) != 0 || name[0] == '.';
+            entry.is_link = (data.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
             entries->push_back(std::move(entry));
         } while (::FindNextFileA(find, &data));
         ::FindClose(find);
         return true;
+    }
+
+    std::string FileIdentity(const std::string& path) override {
+        if (path.empty()) return std::string();
+        // Backup semantics open a folder too; a link or junction is followed.
+        HANDLE handle = ::CreateFileA(path.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                      nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+        if (handle == INVALID_HANDLE_VALUE) return std::string();
+        BY_HANDLE_FILE_INFORMATION info;
+        const BOOL ok = ::GetFileInformationByHandle(handle, &info);
+        ::CloseHandle(handle);
+        if (!ok) return std::string();
+        return std::to_string(info.dwVolumeSerialNumber) + ":" + std::to_string(info.nFileIndexHigh) + ":" +
+               std::to_string(info.nFileIndexLow);
     }
 
     std::string WindowsDirectory() override {

@@ -3,14 +3,18 @@
 // look-ups, the failures, and the real exports of shared/testdata.
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "import/export_reader.h"
 #include "import/panel_readers.h"
+#include "import/project_files.h"
 #include "import_test_support.h"
-#include "support/fake_platform.h"
 #include "platform/platform.h"
+#include "support/fake_platform.h"
+#include "support/temp_folder.h"
 
 namespace ads::import {
 namespace {
@@ -205,28 +209,59 @@ TEST_F(ExportReaderTest, FilesAreFoundBelowTheExportsFolder) {
     files.Add("C:\\proj\\.hidden\\secret.c");
     files.Add("C:\\proj\\a\\dup.c");
     files.Add("C:\\proj\\b\\dup.c");
-    const std::string groups = GroupXml("Sources", FileRefXml("main.c") + FileRefXml("led.c") + FileRefXml("dup.c")) +
-                               FileRefXml("blinky.mcp.xml") + GroupXml("Lost", FileRefXml("secret.c"));
+    files.Add("C:\\proj\\a\\deep\\top.c");
+    files.Add("C:\\proj\\top.c");
+    const std::string groups =
+        GroupXml("Sources", FileRefXml("main.c") + FileRefXml("led.c") + FileRefXml("dup.c") + FileRefXml("top.c")) +
+        FileRefXml("blinky.mcp.xml") + GroupXml("Lost", FileRefXml("secret.c"));
     ASSERT_TRUE(Read(Export(Target("T", ""), groups))) << model.failure;
     ASSERT_EQ(3u, model.groups.size());
     const GroupEntry& sources = model.groups[0];
     EXPECT_TRUE(sources.is_group);
     EXPECT_EQ("Sources", sources.name);
-    ASSERT_EQ(3u, sources.files.size());
-    EXPECT_EQ(".\\src\\main.c", sources.files[0].path);
-    EXPECT_EQ(".\\src\\drivers\\Led.C", sources.files[1].path) << "names compare without regard to case";
-    EXPECT_EQ(".\\a\\dup.c", sources.files[2].path) << "the first found in name order wins";
+    ASSERT_EQ(4u, sources.entries.size());
+    EXPECT_EQ(".\\src\\main.c", sources.entries[0].file.path);
+    EXPECT_EQ(".\\src\\drivers\\Led.C", sources.entries[1].file.path) << "names compare without regard to case";
+    EXPECT_EQ(".\\a\\dup.c", sources.entries[2].file.path) << "of two as deep, the first found in name order wins";
+    EXPECT_EQ(".\\top.c", sources.entries[3].file.path) << "the one fewest folders down wins";
     EXPECT_FALSE(model.groups[1].is_group);
-    EXPECT_EQ(".\\blinky.mcp.xml", model.groups[1].files.at(0).path);
-    EXPECT_TRUE(model.groups[2].files.empty()) << "hidden folders are not listed";
+    EXPECT_EQ(".\\blinky.mcp.xml", model.groups[1].file.path);
+    EXPECT_TRUE(model.groups[2].entries.empty()) << "hidden folders are not listed";
     EXPECT_TRUE(HasNote("file 'secret.c' in group 'Lost' is neither below"));
+}
+
+// A link to a folder above would make the scan endless; every folder is
+// listed once, and folders reached without a link come first.
+TEST(ProjectFilesScan, LinksToFoldersListedAlreadyAreNotFollowedAgain) {
+    namespace stdfs = std::filesystem;
+    platform::test_support::TempFolder folder, outside;
+    const stdfs::path root = folder.native();
+    stdfs::create_directory(root / "sub");
+    std::error_code error;
+    for (const auto& [target, link] : {std::pair<stdfs::path, const char*>{".", "a"}, {"sub", "a_sub"},
+                                       {outside.native(), "ext"}}) {
+        stdfs::create_directory_symlink(target, root / link, error);
+        if (error) GTEST_SKIP() << "no folder links here: " << error.message();
+    }
+    std::string ignored;
+    platform::FileSystem& fs = *platform::System().files;
+    for (const std::string& file : {folder / "a.c", folder / "sub\\b.c", outside / "e.c"}) {
+        ASSERT_TRUE(fs.WriteFileAtomically(file, "\n", &ignored)) << file;
+    }
+    ProjectFiles files;
+    files.Scan(fs, folder.path());
+    EXPECT_EQ(3u, files.size());
+    for (const auto& [name, path] : {std::pair<const char*, std::string>{"a.c", folder / "a.c"},
+                                     {"b.c", folder / "sub\\b.c"}, {"e.c", folder / "ext\\e.c"}}) {
+        EXPECT_EQ(path, files.Find(name) != nullptr ? *files.Find(name) : "(none)");
+    }
 }
 
 TEST_F(ExportReaderTest, AnAccessPathIsPutInFrontOfTheNameAsItStands) {
     const std::string groups = GroupXml("G", FileRefXml("a.c", "..\\common\\") + FileRefXml("b.c", "lib"));
     ASSERT_TRUE(Read(Export(Target("T", ""), groups)));
-    EXPECT_EQ("..\\common\\a.c", model.groups[0].files[0].path);
-    EXPECT_EQ("libb.c", model.groups[0].files[1].path);
+    EXPECT_EQ("..\\common\\a.c", model.groups[0].entries[0].file.path);
+    EXPECT_EQ("libb.c", model.groups[0].entries[1].file.path);
 }
 
 TEST_F(ExportReaderTest, AFileNotBelowTheFolderIsLookedForOnTheUserSearchPaths) {
@@ -243,24 +278,25 @@ TEST_F(ExportReaderTest, AFileNotBelowTheFolderIsLookedForOnTheUserSearchPaths) 
     const std::string groups =
         GroupXml("G", FileRefXml("util.c") + FileRefXml("rt.s") + FileRefXml("x.c") + FileRefXml("y.c") + FileRefXml("gone.c"));
     ASSERT_TRUE(Read(Export(Target("T", settings), groups))) << model.failure;
-    const std::vector<FileRef>& f = model.groups[0].files;
+    const std::vector<GroupEntry>& f = model.groups[0].entries;
     ASSERT_EQ(4u, f.size());
-    EXPECT_EQ(".\\..\\shared\\src\\util.c", f[0].path) << "a path from the project's folder starts with '.'";
-    EXPECT_EQ("C:\\ADS\\Include\\rt.s", f[1].path) << "others are where they were found";
-    EXPECT_EQ(".\\lib\\x.c", f[2].path);
-    EXPECT_EQ(".\\.hidden\\y.c", f[3].path) << "a relative search path starts from the export's folder";
+    EXPECT_EQ(".\\..\\shared\\src\\util.c", f[0].file.path) << "a path from the project's folder starts with '.'";
+    EXPECT_EQ("C:\\ADS\\Include\\rt.s", f[1].file.path) << "others are where they were found";
+    EXPECT_EQ(".\\lib\\x.c", f[2].file.path);
+    EXPECT_EQ(".\\.hidden\\y.c", f[3].file.path) << "a relative search path starts from the export's folder";
     EXPECT_TRUE(HasNote("file 'gone.c' in group 'G'"));
 }
 
-TEST_F(ExportReaderTest, ReferencesWithoutPathAndNestedGroupsAreLeftOutWithANote) {
+TEST_F(ExportReaderTest, ReferencesWithoutPathAreLeftOutWithANoteAndNestedGroupsKept) {
     files.Add("C:\\proj\\a.c");
     const std::string groups = GroupXml("Top", "<FILEREF><PATHTYPE>Name</PATHTYPE></FILEREF>\n" + FileRefXml("a.c") +
-                                                GroupXml("Inner", FileRefXml("a.c")));
+                                                GroupXml("Inner", FileRefXml("gone.c")) + FileRefXml("a.c"));
     ASSERT_TRUE(Read(Export(Target("T", ""), groups)));
     ASSERT_EQ(1u, model.groups.size());
-    EXPECT_EQ(1u, model.groups[0].files.size());
+    ASSERT_EQ(3u, model.groups[0].entries.size());
+    EXPECT_EQ("Inner", model.groups[0].entries[1].name) << "a group inside a group keeps its place";
     EXPECT_TRUE(HasNote("a file reference without PATH in group 'Top'"));
-    EXPECT_TRUE(HasNote("group 'Inner' inside group 'Top' is left out"));
+    EXPECT_TRUE(HasNote("file 'gone.c' in group 'Top/Inner' is neither below"));
 }
 
 TEST_F(ExportReaderTest, ReadExportListsTheFolderOfTheExportFile) {
@@ -269,7 +305,7 @@ TEST_F(ExportReaderTest, ReadExportListsTheFolderOfTheExportFile) {
     ReaderOptions options;
     options.files = &files;
     ASSERT_TRUE(ReadExport("C:\\proj\\blinky.xml", options, &model)) << model.failure;
-    EXPECT_EQ(".\\sub\\x.c", model.groups.at(0).files.at(0).path);
+    EXPECT_EQ(".\\sub\\x.c", model.groups.at(0).entries.at(0).file.path);
     EXPECT_FALSE(ReadExport("C:\\proj\\none.xml", options, &model));
     EXPECT_EQ("cannot read the file", model.failure);
 }
@@ -295,13 +331,6 @@ TEST_F(ExportReaderTest, MalformedExportsFailWithoutAPartialResult) {
         {"truncated", whole.substr(0, whole.size() / 2), "XML"},
         {"broken XML", Export(good + "<TARGET><NAME>x</NAME><SETTINGLIST></TARGET>"), "XML"},
         {"no PROJECT", std::string(kDeclaration) + "\n" + kVersionLine + "\n<OTHER/>\n", "PROJECT"},
-        {"a target without SETTINGLIST", Export(good + "<TARGET><NAME>Bad</NAME></TARGET>\n"),
-         "'Bad') has no SETTINGLIST"},
-        {"a SETTING without NAME", Export(good + Target("Bad", "<SETTING><VALUE>1</VALUE></SETTING>\n")),
-         "a SETTING without NAME"},
-        {"a SETTING with an empty NAME", Export(good + Target("Bad", Setting("", "1"))), "a SETTING without NAME"},
-        {"a PANELDATA without NAME",
-         Export(good + Target("Bad", "<PANELDATA><VALUE>00</VALUE></PANELDATA>\n")), "a PANELDATA without NAME"},
         {"a raw zero byte", Export(good + Target("Bad", Setting("X", std::string("a\0b", 3)))), "XML"},
         {"nesting deeper than the stack allows", deep, "nested"},
     };
@@ -369,7 +398,7 @@ TEST_F(ExportReaderTest, TheTemplateExportReadsWithoutItsLeadingComment) {
     EXPECT_EQ(5u, model.targets.size());
     ASSERT_EQ(3u, model.groups.size());
     EXPECT_EQ("Libraries", model.groups[2].name);
-    EXPECT_TRUE(HasNote("group 'WINSCW' inside group 'Libraries'"));
+    EXPECT_EQ("WINSCW", model.groups[2].entries.at(0).name) << "a group inside a group";
 }
 
 }  // namespace

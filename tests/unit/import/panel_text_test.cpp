@@ -156,10 +156,10 @@ TEST(PanelReaders, EveryReaderFillsOneRowPerSwitchAndKeepsTheLinesNoRowNames) {
     EXPECT_EQ(19, asm_row::kCount) << "the assembler record has 19 strings";
 }
 
-TEST(PanelReaders, TheAssemblerTakesItsDefinitionsFromPDLines) {
-    const PanelRecord r = ReadPanel(kPanelAssembler, "-PD\"A SETA 1\"\n-PDB SETL {TRUE}\n-DNOT\n");
-    EXPECT_EQ((std::vector<std::string>{"-PD\"A SETA 1\"", "-PDB SETL {TRUE}"}), r.definitions);
-    EXPECT_EQ("-PD\"A SETA 1\" -PDB SETL {TRUE} ", r.rows[asm_row::kDefinitions]);
+TEST(PanelReaders, TheAssemblerTakesItsDefinitionsFromPDLinesUncut) {
+    const PanelRecord r = ReadPanel(kPanelAssembler, "-PD\"A SETA 1\"\n-PDB SETS \"1.2?\"\n-DNOT\n");
+    EXPECT_EQ((std::vector<std::string>{"-PD\"A SETA 1\"", "-PDB SETS \"1.2?\""}), r.definitions);
+    EXPECT_EQ("-PD\"A SETA 1\" -PDB SETS \"1.2?\" ", r.rows[asm_row::kDefinitions]);
     EXPECT_EQ((std::vector<std::string>{"-DNOT"}), r.unknown);
 }
 
@@ -167,7 +167,7 @@ TEST(PanelReaders, APartialLinkIsMarkedByItsOwnLine) {
     EXPECT_EQ("-partial", ReadPanel(kPanelLinker, ".linktype=-partial\n").rows[link_row::kLinkType]);
     EXPECT_EQ("-reloc", ReadPanel(kPanelLinker, ".linktype#-reloc\n").rows[link_row::kLinkType]);
     EXPECT_EQ("", ReadPanel(kPanelLinker, ".linktype=-reloc\n").rows[link_row::kLinkType]);
-    EXPECT_EQ("0x800", ReadPanel(kPanelLinker, "").rows[link_row::kEntry]) << "the entry's default";
+    EXPECT_EQ("", ReadPanel(kPanelLinker, "-entry\n").rows[link_row::kEntry]) << "no entry point unless one is named";
 }
 
 TEST(PanelReaders, TheTargetPanelCarriesTheOutputNameAndTheProjectNameChoice) {

@@ -62,8 +62,11 @@ struct Case {
     std::string expected;
 };
 
+const char kFolder[] = "C:\\proj";
+
 std::string Compiler(PanelKind kind, const std::string& text, std::vector<std::string>* notes = nullptr) {
-    return TranslateCompiler(ReadPanel(kind, text), kind == kPanelArmC || kind == kPanelThumbC, NoteSink{notes, "t"});
+    return TranslateCompiler(ReadPanel(kind, text), kind == kPanelArmC || kind == kPanelThumbC, kFolder,
+                             NoteSink{notes, "t"});
 }
 
 TEST(CompilerTranslator, CPanelsBecomeTheStringsTheirPagesWrite) {
@@ -86,6 +89,7 @@ TEST(CompilerTranslator, CPanelsBecomeTheStringsTheirPagesWrite) {
         {"strict ANSI C", ".lang=-ansi -strict\n", " -ansi -strict -O2 -g+"},
         {"definitions, quoted when they hold a blank", "-DDEBUG\n-DNAME=a b\n", " -O2 -g+ -DDEBUG -D\"NAME=a b\""},
         {"a via file with a blank", "-via=C:\\My Files\\opts.via\n", " -O2 -g+ -via \"C:\\My Files\\opts.via\""},
+        {"a relative via file from the export's folder", "-via=..\\opts.via\n", " -O2 -g+ -via C:\\proj\\..\\opts.via"},
     };
     for (const Case& c : cases) {
         const std::string s = Compiler(kPanelArmC, c.panel_text);
@@ -144,6 +148,8 @@ TEST(CompilerTranslator, WhatIsNotCarriedOverIsSaid) {
         {".lang=-cpp\n", "source language '-cpp' is not one this compiler's page offers"},
         {"-apcs.swst#/swstna\n", "/swstna is an assembler one"},
         {".schar=maybe\n", ".schar 'maybe' is neither on nor off"},
+        {"-DVERSION=1.5?\n", "definition '-DVERSION=1.5?' is cut at its first '.' or '?': '-DVERSION=1' is taken over"},
+        {"-via=opts.via\n", "via file 'opts.via' is taken as 'C:\\proj\\opts.via', from the export's folder"},
     };
     for (const auto& c : cases) {
         std::vector<std::string> notes;
@@ -165,11 +171,12 @@ TEST(PanelTranslators, AViaFileNamedLikeASwitchIsLeftOut) {
     const std::string c = Compiler(kPanelArmC, "-via=a -DX b\n-DY\n", &notes);
     EXPECT_EQ(" -O2 -g+ -DY", c);
     ExpectPagesKeepCompiler(c, true, "via with -D");
-    ASSERT_EQ(1u, notes.size());
-    EXPECT_NE(std::string::npos, notes[0].find("'-via \"a -DX b\"' is left out")) << notes[0];
+    ASSERT_EQ(2u, notes.size());
+    EXPECT_NE(std::string::npos, notes[1].find("'-via \"C:\\proj\\a -DX b\"' is left out")) << notes[1];
 
     notes.clear();
-    const std::string a = TranslateAssembler(ReadPanel(kPanelAssembler, "-via#x -PD \"A\"\n.keep=on\n"), NoteSink{&notes, ""});
+    const std::string a =
+        TranslateAssembler(ReadPanel(kPanelAssembler, "-via#x -PD \"A\"\n.keep=on\n"), "", NoteSink{&notes, ""});
     EXPECT_EQ(" -keep", a);
     ExpectPagesKeepAssembler(a, "via with -PD");
     ASSERT_EQ(1u, notes.size());
@@ -206,10 +213,12 @@ TEST(AssemblerTranslator, AssemblerPanelsBecomeTheStringsItsPagesWrite) {
         {"listing", "-list=on\n.terse=off\n.xref=on\n", " -liston -noterse -xref"},
         {"predefines, quoted or not", "-PD\"BOARD SETA 2\"\n-PDDEBUG SETL {TRUE}\n",
          " -PD \"BOARD SETA 2\" -PD \"DEBUG SETL {TRUE}\""},
-        {"via file", "-via#opts.via\n", " -via opts.via"},
+        {"a via file from the export's folder", "-via#opts.via\n", " -via C:\\proj\\opts.via"},
+        {"predefines keep their dots and quotes", "-PD\"V SETS \\\"v1.2\\\"\"\n", " -PD \"V SETS \\\"v1.2\\\"\""},
     };
     for (const Case& c : cases) {
-        const std::string s = TranslateAssembler(ReadPanel(kPanelAssembler, c.panel_text), NoteSink{nullptr, ""});
+        const std::string s =
+            TranslateAssembler(ReadPanel(kPanelAssembler, c.panel_text), kFolder, NoteSink{nullptr, ""});
         EXPECT_EQ(c.expected, s) << c.name;
         ExpectPagesKeepAssembler(s, c.name);
     }
@@ -217,7 +226,8 @@ TEST(AssemblerTranslator, AssemblerPanelsBecomeTheStringsItsPagesWrite) {
 
 TEST(AssemblerTranslator, AListingFileIsOnlyTurnedOn) {
     std::vector<std::string> notes;
-    const std::string s = TranslateAssembler(ReadPanel(kPanelAssembler, "-list=start.lst\n"), NoteSink{&notes, "t"});
+    const std::string s =
+        TranslateAssembler(ReadPanel(kPanelAssembler, "-list=start.lst\n"), kFolder, NoteSink{&notes, "t"});
     EXPECT_EQ(" -liston", s);
     ASSERT_EQ(1u, notes.size());
     EXPECT_NE(std::string::npos, notes[0].find("listing file 'start.lst' is not taken over"));
@@ -247,7 +257,7 @@ TEST(PanelTranslators, RandomPanelsAlwaysGiveStringsThePagesKeep) {
             const std::string s = Compiler(kind, text, &notes);
             ExpectPagesKeepCompiler(s, kind == kPanelArmC, text);
         }
-        const std::string a = TranslateAssembler(ReadPanel(kPanelAssembler, text), NoteSink{nullptr, ""});
+        const std::string a = TranslateAssembler(ReadPanel(kPanelAssembler, text), kFolder, NoteSink{nullptr, ""});
         ExpectPagesKeepAssembler(a, text);
         if (HasFailure()) return;
     }
@@ -255,30 +265,32 @@ TEST(PanelTranslators, RandomPanelsAlwaysGiveStringsThePagesKeep) {
 
 TEST(LinkerTranslator, LinkerPanelsBecomeWhatTheLinkerPagesWrite) {
     const Case cases[] = {
-        {"an empty panel: the entry's default", "", " -entry 0x800"},
-        {"a partial link places nothing", ".linktype=-partial\n-ro-base#0x100\n", " -partial -entry 0x800"},
+        {"an empty panel names no entry point", "", ""},
+        {"a partial link places nothing", ".linktype=-partial\n-ro-base#0x100\n", " -partial"},
         {"linker's own read-only base not written; two blanks before the read-write base",
          "-ro-base#0x8000\n-rw-base#0x40000000\n-entry#Reset\n", " -rw-base  0x40000000 -entry Reset"},
-        {"another read-only base", "-ro-base#0x0\n", " -ro-base 0x0 -entry 0x800"},
-        {"a scatter file, always quoted", "-scatter#map.scf\n-ro-base#0x100\n", " -scatter \"map.scf\" -entry 0x800"},
-        {"relocatable: one region", ".linktype#-reloc\n-rw-base#0x100\n", " -reloc -entry 0x800"},
+        {"another read-only base", "-ro-base#0x0\n", " -ro-base 0x0"},
+        {"a scatter file, always quoted, from the export's folder", "-scatter#map.scf\n-ro-base#0x100\n",
+         " -scatter \"C:\\proj\\map.scf\""},
+        {"relocatable: one region", ".linktype#-reloc\n-rw-base#0x100\n", " -reloc"},
         {"removal of the kinds asked for", "-remove.ro#on\n-remove.zi#1\n-remove.rw#off\n",
-         " -remove (ro/zi/dbg) -entry 0x800"},
+         " -remove (ro/zi/dbg)"},
         {"cleared boxes write their no forms",
          ".debug#off\n.locals#-nolocals\n.scanlib#0\n.verbose#on\n.strict#-strict\n",
-         " -nodebug -nolocals -noscanlib -verbose -strict -entry 0x800"},
-        {"set boxes of the cleared kind write nothing", ".debug#on\n.locals#on\n.scanlib#-scanlib\n", " -entry 0x800"},
+         " -nodebug -nolocals -noscanlib -verbose -strict"},
+        {"set boxes of the cleared kind write nothing", ".debug#on\n.locals#on\n.scanlib#-scanlib\n", ""},
         {"layout and listing",
          "-first#startup.o(Reset)\n-last#last.o\n-list#out.lst\n.map#on\n.symbols#on\n.xref#on\n.callgraph#on\n"
          "-info.size#on\n-info.total#on\n-info.unused#on\n-info.veneers#on\n",
-         " -entry 0x800 -first startup.o(Reset) -last last.o -list out.lst -map -symbols -xref -callgraph"
+         " -first startup.o(Reset) -last last.o -list out.lst -map -symbols -xref -callgraph"
          " -info sizes -info totals -info unused -info veneers"},
         {"an entry point with a blank is quoted", "-entry#my entry\n", " -entry \"my entry\""},
-        {"extras", "-unresolved#dummy\n-via#link.via\n", " -entry 0x800 -unresolved dummy -via link.via"},
-        {"switches armlink 1.2 does not take", ".armlib#on\n.mangling#on\n", " -entry 0x800"},
+        {"extras, a via file from the export's folder", "-unresolved#dummy\n-via#link.via\n",
+         " -unresolved dummy -via C:\\proj\\link.via"},
+        {"switches armlink 1.2 does not take", ".armlib#on\n.mangling#on\n", ""},
     };
     for (const Case& c : cases) {
-        EXPECT_EQ(c.expected, TranslateLinker(ReadPanel(kPanelLinker, c.panel_text), NoteSink{nullptr, ""})) << c.name;
+        EXPECT_EQ(c.expected, TranslateLinker(ReadPanel(kPanelLinker, c.panel_text), kFolder, NoteSink{nullptr, ""})) << c.name;
     }
 }
 
@@ -288,7 +300,7 @@ TEST(LinkerTranslator, WhatALinkCannotTakeIsSaid) {
         const char* note;
     } cases[] = {
         {".linktype=-partial\n-scatter#a.scf\n", "a partial link places nothing"},
-        {"-scatter#a.scf\n-rw-base#0x1\n", "the scatter file places the regions"},
+        {"-scatter#C:\\a.scf\n-rw-base#0x1\n", "the scatter file places the regions"},
         {".linktype#-reloc\n-rw-base#0x1\n", "read-write base 0x1 is left out"},
         {".linktype#-overlay\n", "link type '-overlay' is not known"},
         {"-remove.ro#off\n", "keeping unused sections is not taken over"},
@@ -299,7 +311,7 @@ TEST(LinkerTranslator, WhatALinkCannotTakeIsSaid) {
     };
     for (const auto& c : cases) {
         std::vector<std::string> notes;
-        TranslateLinker(ReadPanel(kPanelLinker, c.text), NoteSink{&notes, "t"});
+        TranslateLinker(ReadPanel(kPanelLinker, c.text), kFolder, NoteSink{&notes, "t"});
         ASSERT_EQ(1u, notes.size()) << c.text;
         EXPECT_NE(std::string::npos, notes[0].find(c.note)) << c.text << " gave: " << notes[0];
     }

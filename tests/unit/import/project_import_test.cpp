@@ -129,10 +129,13 @@ TEST_F(ProjectImportTest, WritesTheProjectKeysAndOneConfigurationPerTargetInOrde
     ASSERT_NE(nullptr, release);
     EXPECT_EQ((std::vector<std::string>{"Name", "ADS_CParam", "ADS_AsmParam", "ADS_LinkParam", "ADS_OPTDBG",
                                         "ADS_USRAPPFILE", "SearchPath", "ADS_FileMap", "ADS_LinkerName",
-                                        "ADS_OUTPUT_DIR", "ADS_PostLnk", "ServeDebugOptions", "InitScriptForSim",
-                                        "InitScriptForEmu"}),
+                                        "ADS_OUTPUT_DIR", "ADS_PostLnk", "ADS_GArmAsmParam", "ADS_GArmCCParam",
+                                        "ADS_GArmCppParam", "ADS_GThmCCParam", "ADS_GThmCppParam",
+                                        "ServeDebugOptions", "InitScriptForSim", "InitScriptForEmu"}),
               KeysOf(*release));
     EXPECT_EQ("(.s@armasm),(.c@armcc),(.cc&&.cpp@armcpp)", Attr(release, "ADS_FileMap")) << "no mappings: the default";
+    EXPECT_EQ(" -keep -split_ldm -g", Attr(release, "ADS_GArmAsmParam")) << "no panel: a new target's options";
+    EXPECT_EQ(" -O0 -g+", Attr(release, "ADS_GThmCppParam")) << "no panel: a new target's options";
     EXPECT_EQ("", Attr(release, "ADS_LinkerName"));
     EXPECT_EQ("", Attr(release, "SearchPath"));
     EXPECT_EQ(nullptr, Configuration(2));
@@ -167,19 +170,29 @@ TEST_F(ProjectImportTest, AFailedReadPrintsTheFailureTextAndAddsNoConfiguration)
     EXPECT_EQ(0u, model.target_count);
 }
 
-TEST_F(ProjectImportTest, MalformedExportsLeaveNoPartialTarget) {
-    const std::string good = Target("Good", AllPanels());
-    const std::string cases[] = {
-        Export(good).substr(0, 400),
-        Export(good + "<TARGET><NAME>Bad</NAME><SETTINGLIST><SETTING><VALUE>1</VALUE></SETTING></SETTINGLIST></TARGET>"),
-        Export(good + Target("Bad", "<PANELDATA><VALUE>00</VALUE></PANELDATA>")),
-        Export(good + "<TARGET><NAME>Bad</NAME></TARGET>"),
+TEST_F(ProjectImportTest, AMalformedExportAddsNoTargetAndAFailedTargetEndsTheTargetList) {
+    files.Add("C:\\proj\\a.c");
+    const std::string good = Target("Good", ""), group = GroupXml("G", FileRefXml("a.c"));
+    const struct {
+        std::string text;
+        const char* note;  // null: the export is refused
+    } cases[] = {
+        {Export(good, group).substr(0, 400), nullptr},
+        {Export(good + Target("Bad", "<SETTING><VALUE>1</VALUE></SETTING>"), group),
+         "target 2 ('Bad'): a SETTING without NAME; the target list ends there: it is left out"},
+        {Export(good + Target("Bad", "<PANELDATA><VALUE>00</VALUE></PANELDATA>"), group),
+         "target 2 ('Bad'): a PANELDATA without NAME; the target list ends there: it is left out"},
+        {Export(good + "<TARGET><NAME>Bad</NAME></TARGET>" + Target("Later", ""), group),
+         "target 2 ('Bad') has no SETTINGLIST; the target list ends there: it and the 1 target(s) after it are left out"},
     };
-    for (const std::string& text : cases) {
+    for (const auto& c : cases) {
         root.reset(new ConfigNode("OrvaneProject"));
-        EXPECT_EQ(0, Import(text));
-        EXPECT_EQ("import project failed!\n", host.pane);
-        EXPECT_EQ(nullptr, Configuration(0));
+        EXPECT_EQ(c.note != nullptr ? 1 : 0, Import(c.text));
+        EXPECT_EQ(c.note != nullptr ? "" : "import project failed!\n", host.pane);
+        EXPECT_EQ(c.note != nullptr ? "Good" : "<absent>", Attr(Configuration(0), "Name"));
+        EXPECT_EQ(nullptr, Configuration(1));
+        EXPECT_EQ(c.note != nullptr ? "G" : "<absent>", Attr(root->FindChild("Files")->FirstChild(), "Name"));
+        EXPECT_EQ(std::string(c.note != nullptr ? c.note : ""), model.notes.empty() ? "" : model.notes[0]);
     }
 }
 
@@ -240,7 +253,9 @@ TEST_F(ProjectImportTest, GroupsAndFilesBecomeFiltersAndFilesWithTheirToolInEver
                                                         {"", ".cpp", "Thumb C++ Compiler"},
                                                         {"", ".s", "ARM Assembler"}}) +
                                                   AllPanels());
-    const std::string groups = GroupXml("Sources", FileRefXml("main.c") + FileRefXml("util.cpp") + FileRefXml("led.h")) +
+    files.Add("C:\\proj\\src\\uart.c");
+    const std::string groups = GroupXml("Sources", FileRefXml("main.c") + FileRefXml("util.cpp") + FileRefXml("led.h") +
+                                                       GroupXml("Drivers", FileRefXml("uart.c"))) +
                                FileRefXml("start.s") + GroupXml("Empty", "") + FileRefXml("boot.arm");
     ASSERT_EQ(1, Import(Export(arm + thumb, groups)));
 
@@ -275,7 +290,11 @@ TEST_F(ProjectImportTest, GroupsAndFilesBecomeFiltersAndFilesWithTheirToolInEver
         EXPECT_EQ(e.thumb_tool, Attr(settings, "Thumb_tool")) << e.path;
         file = file->NextSibling();
     }
-    EXPECT_EQ(nullptr, file);
+    ASSERT_NE(nullptr, file);
+    EXPECT_EQ("Drivers", Attr(file, "Name")) << "a group inside a group is a filter inside the filter";
+    EXPECT_EQ("Sources/Drivers", Attr(file->FirstChild(), "Group"));
+    EXPECT_EQ("4", Attr(file->FirstChild() ? file->FirstChild()->FirstChild() : nullptr, "Thumb_tool"));
+    EXPECT_EQ(nullptr, file->NextSibling());
 
     ConfigNode* start = sources->NextSibling();
     ASSERT_NE(nullptr, start);
@@ -336,9 +355,15 @@ TEST_F(ProjectImportTest, TheNotesSayWhatATargetCannotTakeOver) {
                                  PanelData("Panel_for_armcc", "ARM C Compiler", ".fx=on\n") +
                                  PanelData("Panel_for_armtarget", "ARM Target", "-outputname#app.axf\n") +
                                  PanelData("Panel_for_debugchoice", "ARM Debugger", "RDI");
-    ASSERT_EQ(1, Import(Export(Target("T", settings))));
+    ASSERT_EQ(1, Import(Export(Target("T", settings) + Target("T", Linker("ARM Linker", "batch file runner")))));
+    EXPECT_EQ("T (2)", Attr(Configuration(1), "Name"));
     const std::vector<std::string> notes = ImportNotes(model);
     const char* expected[] = {
+        "target 'T' is imported as 'T (2)': the name is taken by a target before it",
+        "target 'T (2)': the export has no panel for armasm, armcc, armcpp, tcc, tcpp; those tools get the options of "
+        "a new target",
+        "target 'T (2)': the export holds no command for the post-linker 'batch file runner': nothing runs after the "
+        "link until one is set in ADS_BatchFileParam",
         "target 'T': 1 recursive search path(s) are taken over without their sub-folders",
         "target 'T': no file mapping names an ADS tool",
         "target 'T': linker 'MacOS PPC Linker' is not an ADS tool",
