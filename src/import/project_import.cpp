@@ -53,13 +53,18 @@ bool IsAdsPostLinker(const std::string& name) {
            platform::EqualsIgnoringCase(name, config::kPostLinkBatchFile) || name == "None";
 }
 
-ConfigNode* MakeFile(const FileRef& ref, const std::string& group, const ImportModel& model) {
+// `taken` holds the objects of the project's sources, lower case: two
+// sources of one base name get distinct objects.
+ConfigNode* MakeFile(const FileRef& ref, const std::string& group, const ImportModel& model,
+                     std::set<std::string>* taken) {
     auto* file = new ConfigNode(config::kFileNode);
     file->SetAttribute(config::kRelativePathKey, ref.path);
     const int kind = FileKindOf(ref.path, model);
     file->SetAttributeInt(config::kFileTypeKey, kind);
     if (kind == config::kKindC || kind == config::kKindAsm || kind == config::kKindCpp) {
-        file->SetAttribute(config::kOutputKey, config::ObjectFileName(ref.path));
+        const std::string object = config::DistinctObjectFileName(ref.path, *taken);
+        taken->insert(platform::Lower(object));
+        file->SetAttribute(config::kOutputKey, object);
     }
     if (!group.empty()) file->SetAttribute(config::kGroupKey, group);
     return file;
@@ -69,15 +74,15 @@ ConfigNode* MakeFile(const FileRef& ref, const std::string& group, const ImportM
 // holding theirs. `group` is the path of the group, "A/B" as the host
 // writes nested groups. The export's nesting is bounded by the reader.
 void AppendEntries(ConfigNode* parent, const std::vector<GroupEntry>& entries, const std::string& group,
-                   const ImportModel& model) {
+                   const ImportModel& model, std::set<std::string>* taken) {
     for (const GroupEntry& entry : entries) {
         if (!entry.is_group) {
-            parent->AppendChild(MakeFile(entry.file, group, model));
+            parent->AppendChild(MakeFile(entry.file, group, model, taken));
             continue;
         }
         auto* filter = new ConfigNode(config::kFilterNode);
         filter->SetAttribute(config::kNameKey, entry.name);
-        AppendEntries(filter, entry.entries, group.empty() ? entry.name : group + "/" + entry.name, model);
+        AppendEntries(filter, entry.entries, group.empty() ? entry.name : group + "/" + entry.name, model, taken);
         parent->AppendChild(filter);
     }
 }
@@ -86,7 +91,9 @@ void AddFileTree(config::HostApi& host, ConfigNode* files, ConfigNode* configura
     if (model.groups.empty()) return;
     size_t before = 0;
     for (ConfigNode* c = files->FirstChild(); c != nullptr; c = c->NextSibling()) ++before;
-    config::EditNode(host, files, [&](ConfigNode* edit) { AppendEntries(edit, model.groups, std::string(), model); });
+    std::set<std::string> taken = config::ObjectsOfSources(files->Root(), nullptr);
+    config::EditNode(host, files,
+                     [&](ConfigNode* edit) { AppendEntries(edit, model.groups, std::string(), model, &taken); });
     ConfigNode* first_new = files->FirstChild();
     for (size_t i = 0; i < before && first_new != nullptr; ++i) first_new = first_new->NextSibling();
     // Every new source file gets its tool and option text for every target,

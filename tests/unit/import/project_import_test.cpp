@@ -243,7 +243,7 @@ TEST_F(ProjectImportTest, GroupsAndFilesBecomeFiltersAndFilesWithTheirToolInEver
     files.Add("C:\\proj\\src\\util.cpp");
     files.Add("C:\\proj\\src\\led.h");
     files.Add("C:\\proj\\start.s");
-    files.Add("C:\\proj\\boot.arm");
+    files.Add("C:\\proj\\main.arm");
     const std::string arm = Target("ARM", Mappings({{"", ".c", "ARM C Compiler"},
                                                     {"", ".cpp", "ARM C++ Compiler"},
                                                     {"", ".s", "ARM Assembler"},
@@ -256,7 +256,7 @@ TEST_F(ProjectImportTest, GroupsAndFilesBecomeFiltersAndFilesWithTheirToolInEver
     files.Add("C:\\proj\\src\\uart.c");
     const std::string groups = GroupXml("Sources", FileRefXml("main.c") + FileRefXml("util.cpp") + FileRefXml("led.h") +
                                                        GroupXml("Drivers", FileRefXml("uart.c"))) +
-                               FileRefXml("start.s") + GroupXml("Empty", "") + FileRefXml("boot.arm");
+                               FileRefXml("start.s") + GroupXml("Empty", "") + FileRefXml("main.arm");
     ASSERT_EQ(1, Import(Export(arm + thumb, groups)));
 
     ConfigNode* files_node = root->FindChild("Files");
@@ -313,7 +313,7 @@ TEST_F(ProjectImportTest, GroupsAndFilesBecomeFiltersAndFilesWithTheirToolInEver
     ConfigNode* boot = empty->NextSibling();
     ASSERT_NE(nullptr, boot);
     EXPECT_EQ("2", Attr(boot, "FileType")) << "an extension the export maps to the assembler";
-    EXPECT_EQ("boot.o", Attr(boot, "Output"));
+    EXPECT_EQ("main_2.o", Attr(boot, "Output")) << "a base name src\\main.c took first";
 }
 
 TEST_F(ProjectImportTest, WhatTheProjectHadStaysAndNewFilesJoinItsTargets) {
