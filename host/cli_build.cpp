@@ -111,6 +111,7 @@ public:
     void LoadPlugin() {
         s.LoadPlugin(true);
         engine_ = std::make_unique<MakeEngine>(s.platform_, s.host_.table(), s.full_path_);
+        engine_->SetEcho(&PluginHost::EchoCommand);
         s.host_.SetMakeEngine(engine_.get());
         s.host_.SetPaneObserver([this](const char* text) {
             const std::string pane = text;
