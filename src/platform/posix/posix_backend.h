@@ -34,14 +34,16 @@ Slots<pid_t>& RunningChildren();
 // took over get their default handling back. Safe in a forked child.
 void RestoreDefaultSignals();
 
-// While it lives, the interruption's signals wait in the calling thread: a
-// fork and the record of its pid are not cut apart.
-class BlockedInterrupts {
+// While it lives, every signal waits in the calling thread: a child started
+// with vfork, which shares our memory until it execs, runs no handler of
+// ours, and an interruption does not come between the start of a child and
+// the record of its pid.
+class BlockedSignals {
 public:
-    BlockedInterrupts();
-    ~BlockedInterrupts();
-    BlockedInterrupts(const BlockedInterrupts&) = delete;
-    BlockedInterrupts& operator=(const BlockedInterrupts&) = delete;
+    BlockedSignals();
+    ~BlockedSignals();
+    BlockedSignals(const BlockedSignals&) = delete;
+    BlockedSignals& operator=(const BlockedSignals&) = delete;
 
 private:
     sigset_t previous_;

@@ -132,14 +132,13 @@ void RestoreDefaultSignals() {
     }
 }
 
-BlockedInterrupts::BlockedInterrupts() {
-    sigset_t set;
-    sigemptyset(&set);
-    for (int s : kSignals) sigaddset(&set, s);
-    ::pthread_sigmask(SIG_BLOCK, &set, &previous_);
+BlockedSignals::BlockedSignals() {
+    sigset_t all;
+    sigfillset(&all);
+    ::pthread_sigmask(SIG_BLOCK, &all, &previous_);
 }
 
-BlockedInterrupts::~BlockedInterrupts() { ::pthread_sigmask(SIG_SETMASK, &previous_, nullptr); }
+BlockedSignals::~BlockedSignals() { ::pthread_sigmask(SIG_SETMASK, &previous_, nullptr); }
 
 std::string SystemFormOf(const std::string& path) { return SystemPath(path); }
 

@@ -93,8 +93,10 @@ std::string CannotRun(const std::string& program, int error) { return platform::
     ::_exit(127);
 }
 
-// Only async-signal-safe calls from here to exec: the parent may have other
-// threads, and one of them may have held a lock at the moment of fork.
+// The child of vfork: it shares our memory until it execs, and the parent
+// may have other threads, one of which may hold a lock. Only
+// async-signal-safe calls from here to exec, and nothing written that the
+// parent reads, but the report pipe.
 [[noreturn]] void StartChild(const char* program, char* const* argv, const char* directory,
                              int input, int output, int report) {
     interrupt::RestoreDefaultSignals();
@@ -231,13 +233,15 @@ int Spawn(Invocation& invocation, const std::string& directory, Child* child) {
     if (!output.Open() || !report.Open() || !input.OpenForReading("/dev/null")) return errno;
     // An interruption either finds the slot, and waits for the pid to be in
     // it, or has been noticed here: no command starts after it.
-    interrupt::BlockedInterrupts blocked;
+    interrupt::BlockedSignals blocked;
     child->slot = interrupt::RunningChildren().Claim(interrupt::kChildStarting);
     if (interrupt::Interrupted().load()) {
         child->Forget();
         return EINTR;
     }
-    const pid_t pid = ::fork();
+    // vfork, not fork: a large host with many threads copies no page tables
+    // for a child that only execs.
+    const pid_t pid = ::vfork();
     if (pid < 0) {
         const int error = errno;
         child->Forget();
