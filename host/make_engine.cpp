@@ -347,6 +347,7 @@ void MakeEngine::RunFilesInParallel(std::vector<Job>* jobs, ConfigNode* project)
                 ToolDetour replay(plugin_, *platform_.files, ToolDetour::Mode::kReplay, &job.scans);
                 AskFileCommand(&job, asked, count, project);
             }
+            std::vector<RecordedRun>().swap(job.scans);  // their outputs are read
             if (!job.command.empty()) {
                 pool.Submit(
                     [&, job_ptr = &job] {
