@@ -316,7 +316,7 @@ unset FAKEADS_DELAY_MS
 ratio() { awk -v a="$1" -v b="$2" 'BEGIN { r = b > 0 ? a / b : 0; printf (r >= 10 ? "%.1f" : "%.2f"), r }'; }
 secs() { awk -v a="$1" -v p="$2" 'BEGIN { printf "%." p "f", a }'; }
 figure() {
-  printf '  %-44s orvhost %s s, ninja %s s, ratio %s (goal: at most %s)\n' "$1" "$(secs "$2" "$5")" \
+  printf '  %-48s orvhost %s s, ninja %s s, ratio %s (goal: at most %s)\n' "$1" "$(secs "$2" "$5")" \
     "$(secs "$3" "$5")" "$(ratio "$2" "$3")" "$4"
 }
 echo
