@@ -2,7 +2,7 @@
 # The build benchmark: orvhost's make engine against ninja running the very
 # same command lines.
 #
-#   bench/build_bench.sh BIN_DIR WORK_DIR [FILES] [JOBS]
+#   bench/build_bench.sh BIN_DIR WORK_DIR [FILES] [DELAY_MS]
 #
 # BIN_DIR holds orvhost, the plug-in and fakeads/ (a native build's bin
 # folder); WORK_DIR is emptied and receives:
@@ -18,32 +18,34 @@
 #    path and argv, then run the simulated tool. orvhost builds the project
 #    once, so every command line the plug-in gives is logged: per C file its
 #    "-M" scan and its compile, then the link and the fromelf conversion.
-# 3. ads/Bin is given copies of the simulated tools in place of the scripts
-#    (same folder, so the plug-in writes the same command lines again), the
-#    project is put back as it was made and the objects removed, and
-#    `orvhost build -j JOBS` is timed: the full build once, then a build
-#    with nothing changed (the median of five).
-# 4. build.ninja is written from the log: one edge per C file whose command
+# 3. build.ninja is written from the log: one edge per C file whose command
 #    is its scan, then its compile, each with the argv the plug-in gave
 #    (the scan's output is thrown away; orvhost's host reads it), inputs the
-#    source and the dependency set orvhost recorded for it; one edge for the
-#    link over all objects, one for fromelf. No depfiles. The objects are
-#    removed and `ninja -j JOBS` is timed the same two ways. (orvhost's
-#    plug-in runs fromelf after every successful build, also when nothing
-#    was made; ninja runs it only when the image changed.)
-# 5. The outputs of the two full builds are compared, and the times and the
-#    ratios orvhost/ninja printed.
+#    source and the dependency set the capture recorded for it; one edge for
+#    the link over all objects, one for fromelf. No depfiles.
+# 4. ads/Bin is given copies of the simulated tools in place of the scripts
+#    (same folder, so the plug-in writes the same command lines again).
+#    Each figure times `orvhost build -j N` on the project as it was made,
+#    without objects, and `ninja -j N` on the same folder without objects:
+#      - the full build at -j 2 with the tools as fast as they are;
+#      - the full build at -j 4 with every scan and every compile taking
+#        DELAY_MS (default 20) milliseconds (FAKEADS_DELAY_MS: the tools
+#        sleep, so four run at once even on two cores);
+#      - the build with nothing changed at -j 2, after the first figure's
+#        builds (the median of five).
+# 5. The objects of the two first full builds are compared, and the times
+#    and the ratios orvhost/ninja printed beside their goals.
 set -euo pipefail
 
 if [ $# -lt 2 ]; then
-  echo "usage: $0 BIN_DIR WORK_DIR [FILES] [JOBS]" >&2
+  echo "usage: $0 BIN_DIR WORK_DIR [FILES] [DELAY_MS]" >&2
   exit 2
 fi
 bin=$(cd "$1" && pwd)
 mkdir -p "$2"
 work=$(cd "$2" && pwd)
 files=${3:-2000}
-jobs=${4:-2}
+delay_ms=${4:-20}
 target=Debug
 orvhost="$bin/orvhost"
 fakeads="$bin/fakeads/Bin"
@@ -180,7 +182,7 @@ for t in "${tools[@]}"; do
   chmod +x "$work/ads/Bin/$t.exe"
 done
 "$orvhost" config set-tools-dir "$work/ads/Bin" >/dev/null
-"$orvhost" build bench.orv --target "$target" -j "$jobs" >"$work/capture.out" 2>&1 ||
+"$orvhost" build bench.orv --target "$target" -j 2 >"$work/capture.out" 2>&1 ||
   { echo "build_bench: the capturing build failed; see $work/capture.out" >&2; exit 1; }
 deps_file="$proj/bench.orv.deps"
 cp "$deps_file" "$work/bench.orv.deps.captured"
@@ -196,37 +198,10 @@ if awk -F'\t' '$1 == "other"' "$log" | grep -q .; then
   exit 1
 fi
 
-# The simulated tools themselves, in the same folder.
-for t in "${tools[@]}"; do
-  rm -f "$work/ads/Bin/$t.exe"
-  cp "$fakeads/$t.exe" "$work/ads/Bin/$t.exe"
-done
-reset_orvhost() {
-  rm -rf "$proj/$target" "$deps_file"
-  cp "$work/bench.orv.made" "$proj/bench.orv"
-}
-
-# ---------------------------------------------------------------- orvhost
-reset_orvhost
-sync
-echo "build benchmark: orvhost build bench.orv -j $jobs (full)"
-t0=$(now)
-"$orvhost" build bench.orv --target "$target" -j "$jobs" >"$work/orvhost-full.out" 2>&1 ||
-  { echo "build_bench: orvhost's build failed; see $work/orvhost-full.out" >&2; exit 1; }
-t1=$(now)
-orv_full=$(elapsed "$t0" "$t1")
-echo "build benchmark: orvhost build bench.orv -j $jobs (nothing changed, median of $noop_runs)"
-orv_noop=$(noop_median "$work/orvhost-noop.out" "$orvhost" build bench.orv --target "$target" -j "$jobs") ||
-  { echo "build_bench: orvhost's build with nothing changed failed; see $work/orvhost-noop.out" >&2; exit 1; }
-if grep -q '^compiling ' "$work/orvhost-noop.out"; then
-  echo "build_bench: orvhost's second build compiled something; see $work/orvhost-noop.out" >&2
-  exit 1
-fi
-(cd "$proj" && find "$target" -type f -name '*.o' | LC_ALL=C sort | xargs md5sum) >"$work/orvhost-objects.md5"
-
-# ---------------------------------------------------------------- ninja
+# The ninja file, from the captured command lines and dependency sets.
+captured_deps="$work/bench.orv.deps.captured"
 # Paths for ninja: "\" becomes "/", a leading "./" and the project folder go.
-awk -F'\t' -v target="$target" -v proj="$proj" -v deps_file="$deps_file" '
+awk -F'\t' -v target="$target" -v proj="$proj" -v deps_file="$captured_deps" '
   function node(p) {
     gsub(/\\/, "/", p)
     sub(/^\.\//, "", p)
@@ -278,32 +253,74 @@ awk -F'\t' -v target="$target" -v proj="$proj" -v deps_file="$deps_file" '
     print ""
     print "default " node(elf_out)
   }
-' "$deps_file" "$log" >"$proj/build.ninja"
+' "$captured_deps" "$log" >"$proj/build.ninja"
 
-rm -rf "$proj/$target" "$proj/.ninja_log" "$proj/.ninja_deps"
-sync
-echo "build benchmark: ninja -j $jobs (full)"
-t0=$(now)
-ninja -C "$proj" -j "$jobs" >"$work/ninja-full.out" 2>&1 ||
-  { echo "build_bench: ninja's build failed; see $work/ninja-full.out" >&2; exit 1; }
-t1=$(now)
-nin_full=$(elapsed "$t0" "$t1")
-echo "build benchmark: ninja -j $jobs (nothing changed, median of $noop_runs)"
-nin_noop=$(noop_median "$work/ninja-noop.out" ninja -C "$proj" -j "$jobs") ||
+# The simulated tools themselves, in the same folder.
+for t in "${tools[@]}"; do
+  rm -f "$work/ads/Bin/$t.exe"
+  cp "$fakeads/$t.exe" "$work/ads/Bin/$t.exe"
+done
+
+# Both builders start from the project as it was made, without objects.
+reset() {
+  rm -rf "$proj/$target" "$deps_file" "$proj/.ninja_log" "$proj/.ninja_deps"
+  cp "$work/bench.orv.made" "$proj/bench.orv"
+  sync
+}
+# timed NAME COMMAND...: the seconds COMMAND takes, its output to NAME.out.
+timed() {
+  local out="$work/$1.out" a b
+  shift
+  a=$(now)
+  "$@" >"$out" 2>&1 || { echo "build_bench: $* failed; see $out" >&2; return 1; }
+  b=$(now)
+  elapsed "$a" "$b"
+}
+objects_md5() { (cd "$proj" && find "$target" -type f -name '*.o' | LC_ALL=C sort | xargs md5sum) >"$work/$1"; }
+
+# ---------------------------------------------------------------- cheap tools, -j 2
+echo "build benchmark: full builds at -j 2 (orvhost, then ninja)"
+reset
+orv_full=$(timed orvhost-full "$orvhost" build bench.orv --target "$target" -j 2)
+objects_md5 orvhost-objects.md5
+echo "build benchmark: builds with nothing changed at -j 2 (median of $noop_runs)"
+orv_noop=$(noop_median "$work/orvhost-noop.out" "$orvhost" build bench.orv --target "$target" -j 2) ||
+  { echo "build_bench: orvhost's build with nothing changed failed; see $work/orvhost-noop.out" >&2; exit 1; }
+if grep -q '^compiling ' "$work/orvhost-noop.out"; then
+  echo "build_bench: orvhost's second build compiled something; see $work/orvhost-noop.out" >&2
+  exit 1
+fi
+reset
+nin_full=$(timed ninja-full ninja -C "$proj" -j 2)
+objects_md5 ninja-objects.md5
+nin_noop=$(noop_median "$work/ninja-noop.out" ninja -C "$proj" -j 2) ||
   { echo "build_bench: ninja's build with nothing changed failed; see $work/ninja-noop.out" >&2; exit 1; }
 grep -q 'no work to do' "$work/ninja-noop.out" ||
   { echo "build_bench: ninja's second build did some work; see $work/ninja-noop.out" >&2; exit 1; }
-(cd "$proj" && find "$target" -type f -name '*.o' | LC_ALL=C sort | xargs md5sum) >"$work/ninja-objects.md5"
 if cmp -s "$work/orvhost-objects.md5" "$work/ninja-objects.md5"; then
   same="the $files objects are byte for byte the same"
 else
   same="the objects DIFFER (compare $work/orvhost-objects.md5 and $work/ninja-objects.md5)"
 fi
 
+# ---------------------------------------------------------------- slow tools, -j 4
+echo "build benchmark: full builds at -j 4, every scan and compile taking $delay_ms ms (orvhost, then ninja)"
+export FAKEADS_DELAY_MS="$delay_ms,$delay_ms"
+reset
+orv_slow=$(timed orvhost-slow "$orvhost" build bench.orv --target "$target" -j 4)
+reset
+nin_slow=$(timed ninja-slow ninja -C "$proj" -j 4)
+unset FAKEADS_DELAY_MS
+
 # ---------------------------------------------------------------- figures
 ratio() { awk -v a="$1" -v b="$2" 'BEGIN { r = b > 0 ? a / b : 0; printf (r >= 10 ? "%.1f" : "%.2f"), r }'; }
 secs() { awk -v a="$1" -v p="$2" 'BEGIN { printf "%." p "f", a }'; }
+figure() {
+  printf '  %-48s orvhost %s s, ninja %s s, ratio %s (goal: at most %s)\n' "$1" "$(secs "$2" "$5")" \
+    "$(secs "$3" "$5")" "$(ratio "$2" "$3")" "$4"
+}
 echo
-echo "build benchmark: $files C files, target $target, -j $jobs; $same"
-echo "  full build: orvhost $(secs "$orv_full" 1) s, ninja $(secs "$nin_full" 1) s, ratio $(ratio "$orv_full" "$nin_full")"
-echo "  no-op:      orvhost $(secs "$orv_noop" 2) s, ninja $(secs "$nin_noop" 2) s, ratio $(ratio "$orv_noop" "$nin_noop")"
+echo "build benchmark: $files C files, target $target; $same"
+figure "full build, -j 2:" "$orv_full" "$nin_full" 1.1 1
+figure "full build, -j 4, scan and compile $delay_ms ms each:" "$orv_slow" "$nin_slow" 1.25 1
+figure "nothing changed, -j 2:" "$orv_noop" "$nin_noop" 1.5 2

@@ -66,8 +66,10 @@ const char kIntroduction[] =
 const char kClosing[] =
     "\n"
     "global options:\n"
-    "  -v                               show the plug-in's trace lines (failures it\n"
-    "                                   caught) on standard error\n"
+    "  -v                               print every command line that build and\n"
+    "                                   compile run, as they run it, on standard\n"
+    "                                   output, and the plug-in's trace lines\n"
+    "                                   (failures it caught) on standard error\n"
     "  --help, help [COMMAND]           print this text, or a command's usage and\n"
     "                                   options (also: COMMAND --help)\n"
     "\n"

@@ -111,6 +111,7 @@ public:
     void LoadPlugin(DiagnosticsFormat format = DiagnosticsFormat::kPane) {
         s.LoadPlugin(true);
         engine_ = std::make_unique<MakeEngine>(s.platform_, s.host_.table(), s.full_path_);
+        engine_->SetEcho(&PluginHost::EchoCommand);
         s.host_.SetMakeEngine(engine_.get());
         if (format == DiagnosticsFormat::kGnu) {
             gnu_ = std::make_unique<GnuDiagnostics>(*s.platform_.files, s.project_dir_, current_folder_);

@@ -39,10 +39,14 @@ struct TargetDependencies {
     BuildResult result = BuildResult::kUnknown;
     // source ("RelativePath") -> dependencies, full paths as the plug-in gave them
     std::map<std::string, std::vector<std::string>> sets;
+
+    bool operator==(const TargetDependencies& other) const { return result == other.result && sets == other.sets; }
 };
 
 struct DependencyFile {
     std::map<std::string, TargetDependencies> targets;
+
+    bool operator==(const DependencyFile& other) const { return targets == other.targets; }
 };
 
 // "<project file>.deps".

@@ -3,10 +3,13 @@
 #include <vector>
 
 #include "cli.h"
+#include "platform/interrupt.h"
 #include "platform/platform.h"
 
 int main(int argc, char** argv) {
     ads::platform::UseBinaryStandardStreams();
+    // Ctrl-C in a build deletes the objects being written.
+    ads::platform::CleanUpOnInterrupt();
     ads::platform::Platform& platform = ads::platform::System();
     // Message boxes of the plug-in go to standard error: nobody is there to
     // press OK.

@@ -4,16 +4,18 @@
 #include <condition_variable>
 #include <cstdio>
 #include <cstring>
-#include <deque>
 #include <exception>
+#include <memory>
 #include <mutex>
 #include <set>
-#include <thread>
 #include <utility>
 
 #include "asm_includes.h"
 #include "config/project_keys.h"
+#include "platform/interrupt.h"
 #include "platform/text.h"
+#include "tool_detour.h"
+#include "worker_pool.h"
 
 namespace ads::host {
 
@@ -37,64 +39,10 @@ void ForgetRemovedSources(const std::vector<ConfigNode*>& files, TargetDependenc
     }
 }
 
-// Threads that run commands handed to them, each job once. The owner joins
-// them whatever happens, so no thread outlives the build.
-class WorkerPool {
-public:
-    using Work = std::function<void(size_t)>;
-
-    WorkerPool(size_t threads, Work work) : work_(std::move(work)) {
-        try {
-            for (size_t i = 0; i < threads; ++i) threads_.emplace_back([this] { Loop(); });
-        } catch (...) {
-            Close();
-            throw;
-        }
-    }
-    ~WorkerPool() { Close(); }
-
-    void Submit(size_t job) {
-        {
-            std::lock_guard<std::mutex> lock(mutex_);
-            queue_.push_back(job);
-        }
-        wake_.notify_one();
-    }
-
-    // No more jobs: the threads finish the queue and end.
-    void Close() {
-        {
-            std::lock_guard<std::mutex> lock(mutex_);
-            closing_ = true;
-        }
-        wake_.notify_all();
-        for (std::thread& t : threads_) {
-            if (t.joinable()) t.join();
-        }
-    }
-
-private:
-    void Loop() {
-        for (;;) {
-            size_t job;
-            {
-                std::unique_lock<std::mutex> lock(mutex_);
-                wake_.wait(lock, [this] { return closing_ || !queue_.empty(); });
-                if (queue_.empty()) return;
-                job = queue_.front();
-                queue_.pop_front();
-            }
-            work_(job);
-        }
-    }
-
-    Work work_;
-    std::mutex mutex_;
-    std::condition_variable wake_;
-    std::deque<size_t> queue_;
-    bool closing_ = false;
-    std::vector<std::thread> threads_;
-};
+// A line of orvhost's own in the pane, about a file or the target.
+std::string PaneLine(const std::string& what, const std::string& text) {
+    return "orvhost: " + what + ": " + text + "\r\n";
+}
 
 }  // namespace
 
@@ -157,8 +105,18 @@ std::vector<std::string> AskDependencies(PluginInterface* plugin, const std::str
 struct MakeEngine::Job {
     ConfigNode* file = nullptr;
     std::string source;
-    std::string command;  // empty: the plug-in gave none
+    std::string object;       // full path; empty when the file has no "Output"
+    std::string object_name;  // as the user knows it: "Debug\main.o"
+    std::string command;      // empty: the plug-in gave none
     platform::RunResult result;
+    bool object_deleted = false;  // the failed command's object was removed
+    // Parallel builds: the scans the first ask recorded, how many of them
+    // still run, and whether the job is finished (guarded by their mutex).
+    std::vector<RecordedRun> scans;
+    size_t scans_left = 0;
+    bool done = false;
+
+    bool Succeeded() const { return !command.empty() && result.started && result.exit_code == 0; }
 };
 
 MakeEngine::MakeEngine(platform::Platform& platform, PluginInterface* plugin, const std::string& project_file)
@@ -189,13 +147,41 @@ bool MakeEngine::Time(const std::string& path, int64_t* time) const {
     return platform_.files->ModificationTime(path, time);
 }
 
-platform::RunResult MakeEngine::Run(const std::string& command) {
-    return platform_.runner->Run(command, folder_, output_limit_);
+// A header that many sources include, and every object, is looked at once
+// per decision.
+bool MakeEngine::KnownTime(const std::string& path, int64_t* time) {
+    std::string key = path;
+    std::replace(key.begin(), key.end(), '\\', '/');
+    auto known = times_.find(key);
+    if (known == times_.end()) {
+        int64_t t = 0;
+        const bool exists = Time(path, &t);
+        known = times_.emplace(std::move(key), std::make_pair(exists, t)).first;
+    }
+    *time = known->second.second;
+    return known->second.first;
 }
 
-void MakeEngine::Parse(const std::string& output) {
-    plugin_->ParseOutput(output.c_str(), 0);
+// Whatever goes wrong here is a command that could not start: a worker
+// must not throw.
+platform::RunResult MakeEngine::Run(const std::string& command, const std::string& directory, size_t limit) {
+    try {
+        Echo(command);
+        return platform_.runner->Run(command, directory, limit);
+    } catch (const std::exception& e) {
+        platform::RunResult result;
+        result.error = std::string("cannot run the command: ") + e.what();
+        return result;
+    }
 }
+
+void MakeEngine::Echo(const std::string& command) {
+    if (!echo_) return;
+    std::lock_guard<std::mutex> lock(echo_mutex_);
+    echo_(command);
+}
+
+void MakeEngine::Parse(const std::string& output, int flags) { plugin_->ParseOutput(output.c_str(), flags); }
 
 bool MakeEngine::OutOfDate(const std::string& target, ConfigNode* file, const TargetDependencies& record) {
     if (rebuild_) return true;
@@ -204,66 +190,106 @@ bool MakeEngine::OutOfDate(const std::string& target, ConfigNode* file, const Ta
     if (output == nullptr || *output == '\0' || source == nullptr) return true;
     int64_t object_time = 0;
     int64_t time = 0;
-    if (!Time(ObjectPath(target, output), &object_time)) return true;
-    if (!Time(SourcePath(source), &time) || time > object_time) return true;
+    if (!KnownTime(ObjectPath(target, output), &object_time)) return true;
+    if (!KnownTime(SourcePath(source), &time) || time > object_time) return true;
     auto set = record.sets.find(source);
     if (set == record.sets.end()) return false;
     for (const std::string& dependency : set->second) {
-        if (!Time(dependency, &time) || time > object_time) return true;
+        if (!KnownTime(dependency, &time) || time > object_time) return true;
     }
     return false;
 }
 
 bool MakeEngine::IsOutOfDate(const std::string& target, ConfigNode* file) {
     if (file == nullptr) return false;
+    times_.clear();
     const DependencyFile deps = LoadRecords();
     auto record = deps.targets.find(target);
     return OutOfDate(target, file, record != deps.targets.end() ? record->second : TargetDependencies());
 }
 
-// The image is known from "AppFile", which the plug-in writes after a
-// build; without it a target whose last build succeeded is taken as made.
+// The image as "AppFile" names it, which the plug-in writes after a build;
+// empty before the first.
+std::string MakeEngine::ImagePath(const std::string& target, ConfigNode* project) const {
+    ConfigNode* config = FindConfiguration(project, target);
+    const std::string app = config ? Attribute(config, config::kAppFileKey) : std::string();
+    return app.empty() ? app : SourcePath(app);
+}
+
+// Without an image known, a target whose last build succeeded is taken as
+// made.
 bool MakeEngine::TargetNeedsCommand(const std::string& target, ConfigNode* project,
                                     const std::vector<ConfigNode*>& files, const TargetDependencies& record) {
     if (rebuild_ || record.result != BuildResult::kSucceeded) return true;
-    ConfigNode* config = FindConfiguration(project, target);
-    const std::string app = config ? Attribute(config, config::kAppFileKey) : std::string();
-    if (app.empty()) return false;
+    const std::string image = ImagePath(target, project);
+    if (image.empty()) return false;
     int64_t image_time = 0;
-    if (!Time(SourcePath(app), &image_time)) return true;
+    if (!Time(image, &image_time)) return true;
     for (ConfigNode* file : files) {
         const std::string output = Attribute(file, config::kOutputKey);
         int64_t object_time = 0;
-        if (!output.empty() && Time(ObjectPath(target, output), &object_time) && object_time > image_time) {
+        if (!output.empty() && KnownTime(ObjectPath(target, output), &object_time) && object_time > image_time) {
             return true;
         }
     }
     return false;
 }
 
-// Hands a finished command's output to the plug-in's parser; false when the
-// command did not start. `what` names the command in the line about a cut.
-bool MakeEngine::HandOver(const std::string& command, const platform::RunResult& run, const std::string& what) {
+// Hands a finished command's outcome to the parser: its output, flagged as
+// failed unless it ran and ended with exit code 0; a line of ours naming
+// `what` when it did not start or failed without a word.
+void MakeEngine::HandOver(const std::string& what, const platform::RunResult& run, int flags) {
     if (!run.started) {
-        Report(run.error + " (command: " + command + ")");
-        return false;
+        Parse(PaneLine(what, run.error), flags | kAdsParseFailed);
+        return;
     }
     if (run.truncated) {
         Report("the output of the command for " + what + " was cut at " + std::to_string(output_limit_) + " bytes");
     }
-    Parse(run.output);
-    return true;
+    if (run.exit_code == 0) {
+        Parse(run.output, flags);
+    } else if (run.output.empty()) {
+        Parse(PaneLine(what, "the command ended with exit code " + std::to_string(run.exit_code)),
+              flags | kAdsParseFailed);
+    } else {
+        Parse(run.output, flags | kAdsParseFailed);
+    }
 }
 
-void MakeEngine::Deliver(Job* job) {
-    if (job->command.empty()) return;
-    HandOver(job->command, job->result, "'" + job->source + "'");
+void MakeEngine::Deliver(const Job& job) {
+    if (job.command.empty()) {
+        Parse(PaneLine(job.source, "the plug-in gave no command"), kAdsParseFailed);
+        return;
+    }
+    HandOver(job.source, job.result, 0);
+    if (job.object_deleted) Report("deleted '" + job.object_name + "', which the failed command left");
+}
+
+// Runs on any thread; calls nothing of the plug-in.
+void MakeEngine::RunFileCommand(Job* job) {
+    int64_t before = 0;
+    const bool existed = !job->object.empty() && Time(job->object, &before);
+    {
+        std::unique_ptr<platform::InterruptGuard> guard;
+        if (!job->object.empty()) {
+            guard = std::make_unique<platform::InterruptGuard>(
+                job->object, "orvhost: deleted '" + job->object_name + "', which an interrupted command was writing");
+        }
+        job->result = Run(job->command, folder_, output_limit_);
+    }
+    // As make's delete-on-error: what a failed command wrote is no object.
+    // A command ended by an interruption is the interruption's to clean up.
+    int64_t after = 0;
+    if (job->result.started && job->result.exit_code != 0 && !job->object.empty() && !platform::Interrupted() &&
+        Time(job->object, &after) && (!existed || after > before)) {
+        std::string ignored;
+        job->object_deleted = platform_.files->RemoveFile(job->object, &ignored) == 0;
+    }
 }
 
 void MakeEngine::AskFileCommand(Job* job, size_t index, size_t count, ConfigNode* project) {
     if (progress_) progress_("[" + std::to_string(index + 1) + "/" + std::to_string(count) + "] ");
     job->command = AskCommand(plugin_, project, job->file);
-    if (job->command.empty()) Report("the plug-in gave no command for '" + job->source + "'");
 }
 
 void MakeEngine::RunFiles(std::vector<Job>* jobs, ConfigNode* project) {
@@ -271,120 +297,124 @@ void MakeEngine::RunFiles(std::vector<Job>* jobs, ConfigNode* project) {
         for (size_t i = 0; i < jobs->size(); ++i) {
             Job& job = (*jobs)[i];
             AskFileCommand(&job, i, jobs->size(), project);
-            if (job.command.empty()) continue;
-            job.result = Run(job.command);
-            Deliver(&job);
+            if (!job.command.empty()) RunFileCommand(&job);
+            Deliver(job);
         }
         return;
     }
     RunFilesInParallel(jobs, project);
 }
 
-// Commands are asked here and run by the workers meanwhile; every output
-// goes to the parser here, in file order, as soon as it and all before it
-// are complete.
+// Every file is asked once with its scans recorded; the scans go to the
+// workers. As a file's scans end, in file order, the file is asked again,
+// its scans answered from their results, and its command goes to the
+// workers ahead of the scans still waiting. Outputs go to the parser here,
+// in file order, as soon as they and all before them are complete.
 void MakeEngine::RunFilesInParallel(std::vector<Job>* jobs, ConfigNode* project) {
     const size_t count = jobs->size();
-    std::mutex mutex;
-    std::condition_variable finished;
-    std::vector<char> done(count, 0);
-    auto mark_done = [&](size_t i) {
-        {
-            std::lock_guard<std::mutex> lock(mutex);
-            done[i] = 1;
-        }
-        finished.notify_all();
-    };
-    WorkerPool pool(std::min(count, static_cast<size_t>(jobs_)), [&](size_t i) {
-        Job& job = (*jobs)[i];
-        platform::RunResult result;
-        try {
-            result = Run(job.command);
-        } catch (const std::exception& e) {
-            result.started = false;
-            result.error = std::string("cannot run the command: ") + e.what();
-        }
-        {
-            std::lock_guard<std::mutex> lock(mutex);
-            job.result = std::move(result);
-        }
-        mark_done(i);
-    });
-
-    size_t next = 0;
-    auto deliver_ready = [&](bool wait) {
-        while (next < count) {
-            {
-                std::unique_lock<std::mutex> lock(mutex);
-                if (wait) {
-                    finished.wait(lock, [&] { return done[next] != 0; });
-                } else if (done[next] == 0) {
-                    return;
-                }
-            }
-            Deliver(&(*jobs)[next]);
-            ++next;
-        }
-    };
-    for (size_t i = 0; i < count; ++i) {
-        AskFileCommand(&(*jobs)[i], i, count, project);
-        if ((*jobs)[i].command.empty()) {
-            mark_done(i);
-        } else {
-            pool.Submit(i);
-        }
-        deliver_ready(false);
+    size_t scans = 0;
+    for (Job& job : *jobs) {
+        ToolDetour record(plugin_, *platform_.files, ToolDetour::Mode::kRecord, &job.scans);
+        AskCommand(plugin_, project, job.file);
+        job.scans_left = job.scans.size();
+        scans += job.scans.size();
     }
-    deliver_ready(true);
-    pool.Close();
+
+    std::mutex mutex;
+    std::condition_variable changed;
+    WorkerPool pool(std::min(count + scans, static_cast<size_t>(jobs_)));
+    for (Job& job : *jobs) {
+        for (RecordedRun& scan : job.scans) {
+            pool.Submit([&, job_ptr = &job, scan_ptr = &scan] {
+                platform::RunResult result = Run(scan_ptr->command, scan_ptr->directory, scan_ptr->limit);
+                {
+                    std::lock_guard<std::mutex> lock(mutex);
+                    scan_ptr->result = std::move(result);
+                    --job_ptr->scans_left;
+                }
+                changed.notify_all();
+            });
+        }
+    }
+
+    size_t asked = 0;
+    size_t delivered = 0;
+    std::unique_lock<std::mutex> lock(mutex);
+    while (delivered < count) {
+        if (asked < count && (*jobs)[asked].scans_left == 0) {
+            Job& job = (*jobs)[asked];
+            lock.unlock();
+            {
+                ToolDetour replay(plugin_, *platform_.files, ToolDetour::Mode::kReplay, &job.scans);
+                AskFileCommand(&job, asked, count, project);
+            }
+            std::vector<RecordedRun>().swap(job.scans);  // their outputs are read
+            if (!job.command.empty()) {
+                pool.Submit(
+                    [&, job_ptr = &job] {
+                        RunFileCommand(job_ptr);
+                        {
+                            std::lock_guard<std::mutex> done_lock(mutex);
+                            job_ptr->done = true;
+                        }
+                        changed.notify_all();
+                    },
+                    true);
+            }
+            lock.lock();
+            if (job.command.empty()) job.done = true;
+            ++asked;
+        } else if ((*jobs)[delivered].done) {
+            lock.unlock();
+            Deliver((*jobs)[delivered]);
+            ++delivered;
+            lock.lock();
+        } else {
+            changed.wait(lock);
+        }
+    }
+}
+
+MakeEngine::Job MakeEngine::MakeJob(const std::string& target, ConfigNode* file) const {
+    Job job;
+    job.file = file;
+    job.source = Attribute(file, config::kRelativePathKey);
+    const std::string output = Attribute(file, config::kOutputKey);
+    if (!output.empty()) {
+        job.object = ObjectPath(target, output);
+        job.object_name = target + "\\" + output;
+    }
+    return job;
 }
 
 std::vector<MakeEngine::Job> MakeEngine::OutOfDateJobs(const std::string& target, const std::vector<ConfigNode*>& files,
                                                        const TargetDependencies& record) {
     std::vector<Job> jobs;
     for (ConfigNode* file : files) {
-        if (!OutOfDate(target, file, record)) continue;
-        Job job;
-        job.file = file;
-        job.source = Attribute(file, config::kRelativePathKey);
-        jobs.push_back(std::move(job));
+        if (OutOfDate(target, file, record)) jobs.push_back(MakeJob(target, file));
     }
     return jobs;
 }
 
-// A file without a command or whose command did not start leaves nothing to
-// link: false then. A command that failed leaves an object that must not be
-// linked either: the first such file is `*failed_file`.
-bool MakeEngine::CountFileCommands(const std::vector<Job>& jobs, const Job** failed_file) {
-    bool all_ran = true;
-    *failed_file = nullptr;
-    for (const Job& job : jobs) {
-        if (job.command.empty() || !job.result.started) {
-            all_ran = false;
-        } else {
-            ++compiled_;
-            if (job.result.exit_code != 0 && *failed_file == nullptr) *failed_file = &job;
+// The link or archive command, asked also after files failed (the plug-in
+// then says that the target is not made) but run only when they all
+// succeeded; true when it ran and succeeded.
+bool MakeEngine::RunTargetCommand(const std::string& target, ConfigNode* project, bool files_made) {
+    const std::string command = AskCommand(plugin_, project, project);
+    if (command.empty() || !files_made) return false;
+    const std::string image = ImagePath(target, project);
+    platform::RunResult run;
+    {
+        std::unique_ptr<platform::InterruptGuard> guard;
+        if (!image.empty()) {
+            guard = std::make_unique<platform::InterruptGuard>(
+                image, "orvhost: deleted '" + image + "', which an interrupted command was writing");
         }
+        run = Run(command, folder_, output_limit_);
     }
-    return all_ran;
-}
-
-// The link or archive command; true when it ran and succeeded.
-bool MakeEngine::RunTargetCommand(const std::string& target, ConfigNode* project, bool all_ran,
-                                  const Job* failed_file) {
-    // The plug-in answers with no command (and says so itself) when the
-    // files brought errors.
-    const std::string command = all_ran ? AskCommand(plugin_, project, project) : std::string();
-    if (command.empty()) return false;
-    if (failed_file != nullptr) {
-        Report(target + ": not linked: the command for '" + failed_file->source + "' ended with exit code " +
-               std::to_string(failed_file->result.exit_code));
-        return false;
-    }
-    const platform::RunResult run = Run(command);
-    if (!HandOver(command, run, "target '" + target + "'")) return false;
-    linked_ = true;
-    return run.exit_code == 0;
+    HandOver("target " + target, run, kAdsParseLinkStep);
+    linked_ = run.started;
+    return run.started && run.exit_code == 0;
 }
 
 DependencyFile MakeEngine::LoadRecords() const {
@@ -421,18 +451,24 @@ bool MakeEngine::MakeTarget(const std::string& target, ConfigNode* project) {
         failed_ = true;
         return false;
     }
-    DependencyFile deps = LoadRecords();
+    const DependencyFile loaded = LoadRecords();
+    DependencyFile deps = loaded;
     TargetDependencies& record = deps.targets[target];
 
+    times_.clear();
     const std::vector<ConfigNode*> files = TargetFiles(project);
     std::vector<Job> jobs = OutOfDateJobs(target, files, record);
+    if (!jobs.empty()) times_.clear();
     RunFiles(&jobs, project);
-    const Job* failed_file = nullptr;
-    const bool all_ran = CountFileCommands(jobs, &failed_file);
+    bool files_made = true;
+    for (const Job& job : jobs) {
+        if (job.result.started) ++compiled_;
+        files_made = files_made && job.Succeeded();
+    }
 
-    bool ok = all_ran && failed_file == nullptr;
+    bool ok = files_made;
     if (!jobs.empty() || TargetNeedsCommand(target, project, files, record)) {
-        ok = RunTargetCommand(target, project, all_ran, failed_file) && ok;
+        ok = RunTargetCommand(target, project, files_made) && ok;
     }
 
     for (const Job& job : jobs) {
@@ -440,7 +476,7 @@ bool MakeEngine::MakeTarget(const std::string& target, ConfigNode* project) {
     }
     ForgetRemovedSources(files, &record);
     record.result = ok ? BuildResult::kSucceeded : BuildResult::kFailed;
-    SaveRecords(deps);
+    if (!(deps == loaded)) SaveRecords(deps);
 
     if (!ok) failed_ = true;
     return ok;
@@ -448,23 +484,17 @@ bool MakeEngine::MakeTarget(const std::string& target, ConfigNode* project) {
 
 bool MakeEngine::TranslateFile(const std::string& target, ConfigNode* file) {
     if (plugin_ == nullptr || file == nullptr) return false;
-    const std::string source = Attribute(file, config::kRelativePathKey);
-    const std::string command = AskCommand(plugin_, file->Root(), file);
-    if (command.empty()) {
-        Report("the plug-in gave no command for '" + source + "'");
-        failed_ = true;
-        return false;
-    }
-    const platform::RunResult run = Run(command);
-    if (!HandOver(command, run, "'" + source + "'")) {
-        failed_ = true;
-        return false;
-    }
-    if (run.exit_code != 0) failed_ = true;
+    Job job = MakeJob(target, file);
+    job.command = AskCommand(plugin_, file->Root(), file);
+    if (!job.command.empty()) RunFileCommand(&job);
+    Deliver(job);
+    if (!job.Succeeded()) failed_ = true;
 
-    DependencyFile deps = LoadRecords();
-    LearnDependencies(file, command, &deps.targets[target]);
-    SaveRecords(deps);
+    if (!job.command.empty()) {
+        DependencyFile deps = LoadRecords();
+        LearnDependencies(file, job.command, &deps.targets[target]);
+        SaveRecords(deps);
+    }
     return true;
 }
 

@@ -13,13 +13,26 @@
 //
 // The plug-in is called from the calling thread only, one call at a time:
 // the commands are asked there, run on worker threads, and their outputs go
-// back to the plug-in's parser in the order of the files. After the files
-// comes the target's own command (link or archive) when something changed.
+// back to the plug-in's parser in the order of the files. With more than
+// one job the -M scans that the plug-in runs while it gives a file's
+// command run on the workers too (tool_detour.h). After the files comes the
+// target's own command (link or archive) when something changed; never
+// after a file failed.
+//
+// Every command's outcome reaches the parser (slot 37), a failure flagged
+// kAdsParseFailed: a non-zero exit code, a command that could not start, a
+// file without a command. The output of the target's command is flagged
+// kAdsParseLinkStep. A file command that fails and leaves its object newer
+// than before has the object deleted: it must not look up to date. An
+// interruption deletes the objects being written (platform/interrupt.h).
 #pragma once
 
 #include <cstddef>
 #include <functional>
+#include <mutex>
 #include <string>
+#include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "ads/config_node.h"
@@ -64,14 +77,17 @@ public:
     // Receives orvhost's own lines (standard error by default), each ended
     // by "\n".
     void SetDiagnostics(Sink diagnostics) { diagnostics_ = std::move(diagnostics); }
+    // Receives every command line the engine runs, as it starts it; called
+    // from worker threads, one call at a time. None when null.
+    void SetEcho(Sink echo) { echo_ = std::move(echo); }
     void SetOutputLimit(size_t limit) { output_limit_ = limit; }
 
     // Host slot 33: the out-of-date files' commands, then the target's own
     // command when needed. True when every command that ran succeeded and
     // the target is complete.
     bool MakeTarget(const std::string& target, ConfigNode* project);
-    // Host slot 32: runs the file's command and hands its output to the
-    // parser. True when the command ran.
+    // Host slot 32: runs the file's command and hands its outcome to the
+    // parser, a failure included (failed() tells).
     bool TranslateFile(const std::string& target, ConfigNode* file);
     // Host slot 31.
     bool IsOutOfDate(const std::string& target, ConfigNode* file);
@@ -92,26 +108,30 @@ private:
     struct Job;
 
     bool OutOfDate(const std::string& target, ConfigNode* file, const TargetDependencies& record);
+    std::string ImagePath(const std::string& target, ConfigNode* project) const;
     bool TargetNeedsCommand(const std::string& target, ConfigNode* project,
                             const std::vector<ConfigNode*>& files, const TargetDependencies& record);
+    Job MakeJob(const std::string& target, ConfigNode* file) const;
     std::vector<Job> OutOfDateJobs(const std::string& target, const std::vector<ConfigNode*>& files,
                                    const TargetDependencies& record);
     void AskFileCommand(Job* job, size_t index, size_t count, ConfigNode* project);
     void RunFiles(std::vector<Job>* jobs, ConfigNode* project);
     void RunFilesInParallel(std::vector<Job>* jobs, ConfigNode* project);
-    bool CountFileCommands(const std::vector<Job>& jobs, const Job** failed_file);
-    bool RunTargetCommand(const std::string& target, ConfigNode* project, bool all_ran, const Job* failed_file);
-    bool HandOver(const std::string& command, const platform::RunResult& run, const std::string& what);
-    void Deliver(Job* job);
+    void RunFileCommand(Job* job);
+    bool RunTargetCommand(const std::string& target, ConfigNode* project, bool files_made);
+    void HandOver(const std::string& what, const platform::RunResult& run, int flags);
+    void Deliver(const Job& job);
     DependencyFile LoadRecords() const;
     void SaveRecords(const DependencyFile& deps);
     void LearnDependencies(ConfigNode* file, const std::string& command, TargetDependencies* record);
-    platform::RunResult Run(const std::string& command);
-    void Parse(const std::string& output);
+    platform::RunResult Run(const std::string& command, const std::string& directory, size_t limit);
+    void Echo(const std::string& command);
+    void Parse(const std::string& output, int flags);
     void Report(const std::string& line);
     std::string SourcePath(const std::string& relative) const;
     std::string ObjectPath(const std::string& target, const std::string& output) const;
     bool Time(const std::string& path, int64_t* time) const;
+    bool KnownTime(const std::string& path, int64_t* time);
 
     platform::Platform& platform_;
     PluginInterface* plugin_;
@@ -122,6 +142,11 @@ private:
     size_t output_limit_ = kCommandOutputLimit;
     Sink progress_;
     Sink diagnostics_;
+    Sink echo_;
+    std::mutex echo_mutex_;
+    // File times read while deciding what to make, by path ("/" for "\"):
+    // whether the file is there, and its time. Emptied once commands ran.
+    std::unordered_map<std::string, std::pair<bool, int64_t>> times_;
     bool failed_ = false;
     int compiled_ = 0;
     bool linked_ = false;

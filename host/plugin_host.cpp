@@ -1,5 +1,6 @@
 #include "plugin_host.h"
 
+#include <atomic>
 #include <cstdio>
 #include <cstring>
 #include <exception>
@@ -13,6 +14,10 @@ namespace ads::host {
 namespace {
 PluginHost* g_host = nullptr;
 bool g_tracing = false;
+// Whether the pane text on standard output ends inside a line ("FromELF..."
+// has no line end until the tool has run): a command echoed then starts a
+// line of its own.
+std::atomic<bool> g_pane_line_open{false};
 
 const char* const kProcessors[] = {"CPU(ARM7TDMI)", "CLOCK(12000000)", nullptr};
 const AdsHostDefaults kDefaults = {"ARM", "ARM7TDMI", 0, kProcessors, 0};
@@ -130,6 +135,13 @@ bool PluginHost::TakeModified() { return std::exchange(modified_, false); }
 
 void PluginHost::SetTracing(bool on) { g_tracing = on; }
 
+void PluginHost::EchoCommand(const std::string& command) {
+    if (!g_tracing) return;
+    const std::string line = (g_pane_line_open.exchange(false) ? "\n" : "") + command + "\n";
+    std::fputs(line.c_str(), stdout);
+    std::fflush(stdout);
+}
+
 int PluginHost::RunSettings(void* context, const AdsSettingsDialog* dialog) {
     auto* host = static_cast<PluginHost*>(context);
     if (host == nullptr || dialog == nullptr || !host->settings_) return kAdsIdCancel;
@@ -175,6 +187,7 @@ AdsWord PluginHost::RunTool(const char* command, AdsWord /*handle*/, char* buffe
                             AdsWord* exit_code) {
     if (command == nullptr || g_host == nullptr) return 0;
     size_t limit = size > 1 ? static_cast<size_t>(size - 1) : 0;
+    EchoCommand(command);
     platform::RunResult run = g_host->platform_.runner->Run(command, std::string(), limit);
     if (buffer != nullptr && size > 0) {
         size_t n = run.output.size() < limit ? run.output.size() : limit;
@@ -198,9 +211,10 @@ AdsWord PluginHost::WriteOutput(const char* text, AdsWord /*pane*/) {
     }
     if (g_host != nullptr && g_host->capture_ != nullptr) {
         g_host->capture_->append(text);
-    } else {
+    } else if (*text != '\0') {
         std::fputs(text, stdout);
         std::fflush(stdout);
+        g_pane_line_open = text[std::strlen(text) - 1] != '\n';
     }
     return 1;
 }

@@ -58,9 +58,13 @@ public:
     // table of the host context); without one the dialog is cancelled.
     using SettingsRunner = std::function<int(const AdsSettingsDialog& dialog)>;
     void SetSettingsRunner(SettingsRunner runner) { settings_ = std::move(runner); }
-    // Whether the plug-in's trace lines go to standard error (orvhost -v);
-    // for every host of the process.
+    // orvhost -v, for every host of the process: the plug-in's trace lines
+    // go to standard error, and every command line that RunTool or the make
+    // engine runs to standard output (EchoCommand).
     static void SetTracing(bool on);
+    // Prints the command line and a line end on standard output when
+    // tracing is on.
+    static void EchoCommand(const std::string& command);
 
     // The host slots, also used directly by the host's own code.
     static AdsWord ADS_CALL CommitNode(ConfigNode* node, ConfigNode* edited);

@@ -163,7 +163,8 @@ typedef ads::ConfigNode AdsNode;
 //   WriteOutput       appends the text to the pane (0: build output); 1 done
 //   RegisterToolchain 1 when the host accepts the fifteen texts
 //   IsOutOfDate       non-zero when the file must be translated
-//   TranslateFile     non-zero when the host translated the file
+//   TranslateFile     non-zero when the host ran the file's command, or found it
+//                     could not, and handed the outcome to ParseOutput
 //   MakeTarget        non-zero when the host built the target
 // ParseOutput (slot 37) takes a zero-terminated text and a set of flags:
 //   kAdsParseLinkStep  the text is a link or archive command's output (it is

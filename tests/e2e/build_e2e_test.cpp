@@ -3,7 +3,17 @@
 // fresh project folder, nothing but the command line.
 #include <gtest/gtest.h>
 
+#ifndef _WIN32
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#endif
+
+#include <chrono>
+#include <filesystem>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "support/orvhost_fixture.h"
@@ -201,6 +211,93 @@ TEST_F(BuildTest, ParseShowsACapturedOutputAsThePaneDoesWithThePluginsCounts) {
         EXPECT_EQ(row.status, r.exit_code) << row.name;
         EXPECT_EQ(row.expected, r.output) << row.name;
     }
+}
+
+// The source is gone: the compiler's complaint is no message the parser
+// knows, and still the failure is counted and nothing is linked.
+TEST_F(BuildTest, ACompileThatFailsWithoutAKnownMessageIsCountedAndNothingIsLinked) {
+    if (!HaveTools()) GTEST_SKIP() << "the simulated tools are not built: " << tools;
+    MakeProject({kMain, kLocal, kUtil});
+    std::filesystem::remove(Path("src/util.c"));
+    for (const std::vector<std::string>& args : std::vector<std::vector<std::string>>{
+             {"build", "demo.orv"}, {"build", "demo.orv", "-j", "2"}, {"compile", "demo.orv", "src/util.c"}}) {
+        Outcome r = Orvhost(args);
+        EXPECT_EQ(1, r.status) << r.output;
+        EXPECT_NE(std::string::npos, r.output.find("Could not open source file \"src\\util.c\"")) << r.output;
+        EXPECT_NE(std::string::npos, r.output.find(" - 1 error(s)")) << r.output;
+        EXPECT_EQ(std::string::npos, r.output.find("Linking...")) << r.output;
+        EXPECT_FALSE(Exists("Debug/demo.axf"));
+    }
+}
+
+TEST_F(BuildTest, VerbosePrintsEveryCommandLineAsItRunsIt) {
+    if (!HaveTools()) GTEST_SKIP() << "the simulated tools are not built: " << tools;
+    MakeProject({kMain, kLocal, kStart});
+    Outcome r = Orvhost({"-v", "build", "demo.orv"});
+    ASSERT_EQ(0, r.status) << r.output;
+    // main.c's scan and compile, the assembly, the link and the conversion.
+    EXPECT_EQ(1u, Count(r.output, "armcc.exe -O0 -g+ ")) << r.output;
+    EXPECT_EQ(1u, Count(r.output, " -M \"src\\main.c\"\n")) << r.output;
+    EXPECT_EQ(1u, Count(r.output, " -c \"src\\main.c\" -o \".\\Debug\\main.o\"\n")) << r.output;
+    for (const char* tool : {"armasm.exe -g ", "armlink.exe ", "fromelf.exe "}) {
+        EXPECT_EQ(1u, Count(r.output, std::string("Bin\\") + tool)) << tool << "\n" << r.output;
+    }
+    r = Orvhost({"build", "demo.orv", "--rebuild"});
+    EXPECT_EQ(0u, Count(r.output, "fakeads")) << r.output;
+
+    Age("start.s", 5);
+    r = Orvhost({"-v", "compile", "demo.orv", "start.s"});
+    EXPECT_EQ(1u, Count(r.output, "armasm.exe -g ")) << r.output;
+}
+
+// Ctrl-C while both compiles write their objects (the simulated compiler
+// holds half an object on disk while it takes its time).
+TEST_F(BuildTest, AnInterruptedBuildLeavesNoHalfWrittenObject) {
+#ifdef _WIN32
+    GTEST_SKIP() << "interrupted with POSIX signals";
+#else
+    if (!HaveTools()) GTEST_SKIP() << "the simulated tools are not built: " << tools;
+    MakeProject({kMain, kLocal, kUtil});
+    ASSERT_EQ(0, Orvhost({"build", "demo.orv"}).status);
+    Age("src/main.c", 5);
+    Age("src/util.c", 5);
+    const size_t whole = Read("Debug/main.o").size() + Read("Debug/util.o").size();
+    const auto written = [&] {  // both half-written
+        const size_t main = Read("Debug/main.o").size(), util = Read("Debug/util.o").size();
+        return main > 0 && util > 0 && main + util <= whole / 2 + 1;
+    };
+
+    ::setenv("FAKEADS_DELAY_MS", "0,60000", 1);
+    const pid_t pid = ::fork();
+    if (pid == 0) {
+        const int log = ::open(Path("build.log").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+        if (log < 0 || ::chdir(dir.c_str()) != 0) ::_exit(126);
+        ::signal(SIGINT, SIG_DFL);  // a test run in the background may ignore it
+        ::dup2(log, 1);
+        ::dup2(log, 2);
+        ::execl(exe.c_str(), "orvhost", "build", "demo.orv", "-j", "2", static_cast<char*>(nullptr));
+        ::_exit(127);
+    }
+    ::unsetenv("FAKEADS_DELAY_MS");
+    ASSERT_GT(pid, 0);
+    const auto give_up = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+    while (!written() && std::chrono::steady_clock::now() < give_up) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    EXPECT_TRUE(written()) << Read("build.log");
+    ::kill(pid, SIGINT);
+    int status = 0;
+    ASSERT_EQ(pid, ::waitpid(pid, &status, 0));
+    EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGINT) << status;
+    EXPECT_FALSE(Exists("Debug/main.o"));
+    EXPECT_FALSE(Exists("Debug/util.o"));
+    EXPECT_EQ(1u, Count(Read("build.log"), "orvhost: deleted 'Debug\\util.o', which an interrupted command was writing\n"))
+        << Read("build.log");
+
+    Outcome r = Orvhost({"build", "demo.orv"});
+    EXPECT_EQ(0, r.status) << r.output;
+    EXPECT_EQ(2u, Count(r.output, "compiling ")) << r.output;
+#endif
 }
 
 TEST_F(BuildTest, ARebuildRequestOfTheProjectIsHonouredAndConsumed) {

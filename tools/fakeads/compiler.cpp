@@ -4,6 +4,7 @@
 #include "command_line.h"
 #include "diagnostics.h"
 #include "file_formats.h"
+#include "pace.h"
 #include "paths.h"
 #include "source_scan.h"
 #include "targets.h"
@@ -195,6 +196,8 @@ int RunCompiler(const ToolInfo& tool, const std::vector<std::string>& words, std
     }
     const bool dependencies_only = line.Has("M");
     const bool compile_only = line.Has("c") || dependencies_only || preprocess_only;
+    const Pace pace = PaceFromEnvironment();
+    PacedCommand paced(dependencies_only ? pace.scan_ms : preprocess_only ? 0 : pace.compile_ms);
     if (!object_name.empty() && compile_only && line.inputs.size() > 1) {
         Abandon("C3902U: -o cannot name the output of more than one source.", &report, out);
         return kExitFailure;
@@ -252,7 +255,7 @@ int RunCompiler(const ToolInfo& tool, const std::vector<std::string>& words, std
         file.symbols = scan.symbols;
         file.link_messages = scan.link_messages;
         file.code_size = 4 * (scan.code_lines == 0 ? 1 : scan.code_lines);
-        if (!WriteFile(object, WriteObject(file))) {
+        if (!paced.WriteFile(object, WriteObject(file))) {
             Abandon("C3052U: Could not write object file \"" + object + "\".", &report, out);
             return kExitFailure;
         }

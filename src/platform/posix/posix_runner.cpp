@@ -93,10 +93,13 @@ std::string CannotRun(const std::string& program, int error) { return platform::
     ::_exit(127);
 }
 
-// Only async-signal-safe calls from here to exec: the parent may have other
-// threads, and one of them may have held a lock at the moment of fork.
+// The child of vfork: it shares our memory until it execs, and the parent
+// may have other threads, one of which may hold a lock. Only
+// async-signal-safe calls from here to exec, and nothing written that the
+// parent reads, but the report pipe.
 [[noreturn]] void StartChild(const char* program, char* const* argv, const char* directory,
                              int input, int output, int report) {
+    interrupt::RestoreDefaultSignals();
     sigset_t none;
     sigemptyset(&none);
     ::sigprocmask(SIG_SETMASK, &none, nullptr);
@@ -209,6 +212,13 @@ struct Child {
     pid_t pid = -1;
     Descriptor output;  // its standard output and error
     Descriptor report;  // a StartFailure, or end of file once the exec succeeded
+    int slot = -1;      // in interrupt::RunningChildren(), -1 for none
+
+    // Once it has been waited for, an interruption no longer looks for it.
+    void Forget() {
+        if (slot >= 0) interrupt::RunningChildren().Release(slot);
+        slot = -1;
+    }
 };
 
 // Starts the child with no input; answers 0, or the errno of what failed.
@@ -221,12 +231,27 @@ int Spawn(Invocation& invocation, const std::string& directory, Child* child) {
     Pipe report;
     Descriptor input;
     if (!output.Open() || !report.Open() || !input.OpenForReading("/dev/null")) return errno;
-    const pid_t pid = ::fork();
-    if (pid < 0) return errno;
+    // An interruption either finds the slot, and waits for the pid to be in
+    // it, or has been noticed here: no command starts after it.
+    interrupt::BlockedSignals blocked;
+    child->slot = interrupt::RunningChildren().Claim(interrupt::kChildStarting);
+    if (interrupt::Interrupted().load()) {
+        child->Forget();
+        return EINTR;
+    }
+    // vfork, not fork: a large host with many threads copies no page tables
+    // for a child that only execs.
+    const pid_t pid = ::vfork();
+    if (pid < 0) {
+        const int error = errno;
+        child->Forget();
+        return error;
+    }
     if (pid == 0) {
         StartChild(invocation.program.c_str(), argv.data(), directory.empty() ? nullptr : directory.c_str(),
                    input.get(), output.write.get(), report.write.get());
     }
+    if (child->slot >= 0) interrupt::RunningChildren().Set(child->slot, pid);
     // The write ends close here: the output pipe then ends when the child does.
     child->pid = pid;
     child->output = std::move(output.read);
@@ -290,6 +315,7 @@ RunResult PosixProcessRunner::Run(const std::string& command_line,
     if (ChildFailedToStart(&child, &failure)) {
         child.output.Close();
         WaitForExit(child.pid);
+        child.Forget();
         result.error = failure.step == StartFailure::kWorkingDirectory
                            ? CannotRun(words[0] + " in the folder " + working_directory, failure.error)
                            : CannotRun(words[0], failure.error);
@@ -300,6 +326,7 @@ RunResult PosixProcessRunner::Run(const std::string& command_line,
     ReadOutput(child.output.get(), limit, &result);
     child.output.Close();
     result.exit_code = WaitForExit(child.pid);
+    child.Forget();
     return result;
 }
 

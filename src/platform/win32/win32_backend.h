@@ -2,6 +2,7 @@
 // only the backend's .cpp files do.
 #pragma once
 
+#include "platform/interrupt_slots.h"
 #include "platform/platform.h"
 
 #include <cstdint>
@@ -13,6 +14,16 @@ namespace ads::platform {
 std::string SystemMessage(uint32_t code);
 // The same text without the line end, to go inside a sentence.
 std::string SystemMessageLine(uint32_t code);
+
+namespace interrupt {
+
+// The runner's children, for an interruption to end: a slot is claimed
+// before the process is created, holding kChildStarting, and holds its
+// process handle until it has been waited for.
+extern void* const kChildStarting;
+Slots<void*>& RunningChildren();
+
+}  // namespace interrupt
 
 class Win32ProcessRunner final : public ProcessRunner {
 public:

@@ -92,6 +92,17 @@ RunResult Win32ProcessRunner::Run(const std::string& command_line,
     Handle read_end;
     PROCESS_INFORMATION process = {};
     DWORD start_error = 0;
+    // An interruption either finds the slot, and waits for the handle to be
+    // in it, or has been noticed here: no command starts after it.
+    const int slot = interrupt::RunningChildren().Claim(interrupt::kChildStarting);
+    auto forget = [slot] {
+        if (slot >= 0) interrupt::RunningChildren().Release(slot);
+    };
+    if (interrupt::Interrupted().load()) {
+        forget();
+        result.error = CannotRun(program, SystemMessageLine(ERROR_OPERATION_ABORTED));
+        return result;
+    }
     {
         std::lock_guard<std::mutex> guard(StartLock());
         Handle write_end;
@@ -99,6 +110,7 @@ RunResult Win32ProcessRunner::Run(const std::string& command_line,
         if (!::CreatePipe(&read_end.value, &write_end.value, nullptr, 0) ||
             !::SetHandleInformation(write_end.value, HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT)) {
             result.error = CannotRun(program, SystemMessageLine(::GetLastError()));
+            forget();
             return result;
         }
         SECURITY_ATTRIBUTES inheritable = {sizeof inheritable, nullptr, TRUE};
@@ -106,6 +118,7 @@ RunResult Win32ProcessRunner::Run(const std::string& command_line,
                                     &inheritable, OPEN_EXISTING, 0, nullptr);
         if (input.value == INVALID_HANDLE_VALUE) {
             result.error = CannotRun(program, SystemMessageLine(::GetLastError()));
+            forget();
             return result;
         }
 
@@ -125,12 +138,15 @@ RunResult Win32ProcessRunner::Run(const std::string& command_line,
                               working_directory.empty() ? nullptr : working_directory.c_str(),
                               &startup.StartupInfo, &process)) {
             start_error = ::GetLastError();
+        } else if (slot >= 0) {
+            interrupt::RunningChildren().Set(slot, process.hProcess);
         }
         // write_end and input close here, before another run may start:
         // from now on only the child holds the pipe's write end.
     }
     if (start_error != 0) {
         result.error = CannotRun(program, SystemMessageLine(start_error));
+        forget();
         return result;
     }
     ::CloseHandle(process.hThread);
@@ -148,7 +164,9 @@ RunResult Win32ProcessRunner::Run(const std::string& command_line,
     ::WaitForSingleObject(process.hProcess, INFINITE);
     DWORD exit_code = 0;
     if (::GetExitCodeProcess(process.hProcess, &exit_code)) result.exit_code = static_cast<int>(exit_code);
-    ::CloseHandle(process.hProcess);
+    forget();
+    // An interruption may be using the handle: the process ends soon anyway.
+    if (!interrupt::Interrupted().load()) ::CloseHandle(process.hProcess);
     return result;
 }
 

@@ -32,15 +32,33 @@ struct FakePlugin {
     std::thread::id main_thread;
     int calls_off_main_thread = 0;
     std::map<std::string, std::string> commands;  // by "RelativePath"; absent: none
+    std::map<std::string, std::string> scans;     // run through RunTool while asked, as -M scans are
     std::string target_command;
     std::map<std::string, std::vector<std::string>> sets;
-    std::vector<std::string> log;     // "ask src\a.c", "ask target", "parse ...", "lookup ..."
+    std::vector<std::string> log;     // "ask src\a.c", "ask target", "parse ...", "lookup ...", "scan ..."
     std::vector<std::string> parsed;  // texts handed to the parser, in order
+    std::vector<int> flags;           // the flags they came with
     std::vector<AdsWord> project_handles;
     std::string result;
+    PluginInterface* table = nullptr;
+    std::string pane;  // what reached the host's WriteOutput
+    std::vector<std::string> host_ran;  // commands the host's RunTool ran
 };
 
 FakePlugin* g_fake = nullptr;
+
+AdsWord ADS_CALL HostRunTool(const char* command, AdsWord, char* buffer, int size, AdsWord* exit_code) {
+    g_fake->host_ran.emplace_back(command);
+    platform::RunResult run = platform::System().runner->Run(command, "", static_cast<size_t>(size - 1));
+    std::memcpy(buffer, run.output.c_str(), run.output.size() + 1);
+    *exit_code = static_cast<AdsWord>(run.exit_code);
+    return run.started ? 1 : 0;
+}
+
+AdsWord ADS_CALL HostWriteOutput(const char* text, AdsWord) {
+    g_fake->pane += text;
+    return 1;
+}
 
 void NoteThread() {
     if (std::this_thread::get_id() != g_fake->main_thread) ++g_fake->calls_off_main_thread;
@@ -53,6 +71,14 @@ const char* ADS_CALL FakeBuildText(char* text, AdsWord project, ConfigNode* node
     if (node->Name() == "File") {
         const std::string source = node->GetAttribute("RelativePath");
         g_fake->log.push_back("ask " + source);
+        g_fake->table->WriteOutput(("compiling " + source + "\n").c_str(), 0);
+        auto scan = g_fake->scans.find(source);
+        if (scan != g_fake->scans.end()) {
+            char buffer[100] = "";
+            AdsWord exit_code = 99;
+            const AdsWord ran = g_fake->table->RunTool(scan->second.c_str(), 0, buffer, sizeof buffer, &exit_code);
+            g_fake->log.push_back("scan " + (ran ? std::to_string(exit_code) + " " + buffer : "not run"));
+        }
         auto it = g_fake->commands.find(source);
         g_fake->result = it == g_fake->commands.end() ? std::string() : it->second;
     } else {
@@ -62,9 +88,10 @@ const char* ADS_CALL FakeBuildText(char* text, AdsWord project, ConfigNode* node
     return g_fake->result.c_str();
 }
 
-void ADS_CALL FakeParse(const char* text, int /*flags*/) {
+void ADS_CALL FakeParse(const char* text, int flags) {
     NoteThread();
     g_fake->parsed.emplace_back(text);
+    g_fake->flags.push_back(flags);
     g_fake->log.push_back("parse " + g_fake->parsed.back());
 }
 
@@ -112,6 +139,9 @@ public:
         table.GetFileBuildText = FakeBuildText;
         table.ParseOutput = FakeParse;
         table.LookupKeyed = FakeLookup;
+        table.RunTool = HostRunTool;
+        table.WriteOutput = HostWriteOutput;
+        fake.table = &table;
         engine = std::make_unique<MakeEngine>(platform::System(), &table, project_file);
         engine->SetDiagnostics([this](const std::string& line) { diagnostics += line; });
         fake.target_command = Command("--out linked");
@@ -332,8 +362,56 @@ TEST(MakeEngine, EveryPluginCallIsMadeOnTheCallingThread) {
         }
         s.engine->SetJobs(jobs);
         ASSERT_TRUE(s.Make()) << s.diagnostics;
-        EXPECT_EQ(8u + 8u + 7u, s.fake.log.size()) << "asks, parses and lookups, -j " << jobs;
+        const size_t first_asks = jobs > 1 ? 7 : 0;
+        EXPECT_EQ(first_asks + 8u + 8u + 7u, s.fake.log.size()) << "asks, parses and lookups, -j " << jobs;
         EXPECT_EQ(0, s.fake.calls_off_main_thread) << "-j " << jobs;
+    }
+}
+
+// Two scans that can only end together (each waits for the other to
+// start): they run at once on the workers, and the plug-in, asked again,
+// reads their results. The first ask's pane text is dropped.
+TEST(MakeEngine, ScansRunTogetherOnTheWorkersAndThePluginReadsTheirResults) {
+    Scene s;
+    for (const std::string name : {"a", "b"}) {
+        s.AddSource(name);
+        s.Touch("src/" + name + ".c", 0);
+        s.fake.scans["src\\" + name + ".c"] = s.Command("--meet " + s.Full("meet") + " " + name + " 2 --out " + name + ".o:h.h");
+    }
+    s.engine->SetJobs(2);
+    ASSERT_TRUE(s.Make()) << s.diagnostics;
+    std::vector<std::string> scans;
+    for (const std::string& entry : s.fake.log) {
+        if (entry.rfind("scan ", 0) == 0) scans.push_back(entry);
+    }
+    EXPECT_EQ((std::vector<std::string>{"scan not run", "scan not run", "scan 0 a.o:h.h\n", "scan 0 b.o:h.h\n"}),
+              scans);
+    EXPECT_EQ(std::vector<std::string>{}, s.fake.host_ran);
+    EXPECT_EQ("compiling src\\a.c\ncompiling src\\b.c\n", s.fake.pane);
+    EXPECT_EQ((std::vector<std::string>{"output of a\n", "output of b\n", "linked\n"}), s.fake.parsed);
+    EXPECT_EQ(0, s.fake.calls_off_main_thread);
+}
+
+// With one job the plug-in runs its scans through the host itself, which
+// shows them.
+TEST(MakeEngine, EveryCommandTheEngineRunsIsEchoed) {
+    for (int jobs : {1, 2}) {
+        Scene s;
+        std::vector<std::string> echoed;
+        s.engine->SetEcho([&](const std::string& command) { echoed.push_back(command); });
+        std::vector<std::string> expected = {s.fake.target_command};
+        for (const std::string name : {"a", "b"}) {
+            s.AddSource(name);
+            s.Touch("src/" + name + ".c", 0);
+            s.fake.scans["src\\" + name + ".c"] = s.Command("--out " + name + ".o:h.h");
+            expected.push_back(s.fake.commands["src\\" + name + ".c"]);
+            if (jobs > 1) expected.push_back(s.fake.scans["src\\" + name + ".c"]);
+        }
+        s.engine->SetJobs(jobs);
+        ASSERT_TRUE(s.Make()) << s.diagnostics;
+        std::sort(expected.begin(), expected.end());
+        std::sort(echoed.begin(), echoed.end());
+        EXPECT_EQ(expected, echoed) << "-j " << jobs;
     }
 }
 
@@ -419,71 +497,101 @@ TEST(MakeEngine, SetsOfSourcesThatLeftTheTargetAreForgotten) {
     EXPECT_EQ(0u, deps.targets["Debug"].sets.count("src\\gone.c"));
 }
 
-TEST(MakeEngine, ACommandThatCannotStartFailsTheBuildAndIsNamed) {
-    for (int jobs : {1, 2}) {
-        Scene s;
-        s.AddSource("a");
-        s.AddSource("b");
-        s.Touch("src/a.c", 0), s.Touch("src/b.c", 0);
-        const std::string missing = s.dir + "/no-such-tool.exe -c src\\a.c";
-        s.fake.commands["src\\a.c"] = missing;
-        s.engine->SetJobs(jobs);
-        EXPECT_FALSE(s.Make());
-        EXPECT_TRUE(s.engine->failed());
-        EXPECT_NE(std::string::npos, s.diagnostics.find("orvhost: ")) << s.diagnostics;
-        EXPECT_NE(std::string::npos, s.diagnostics.find(missing)) << s.diagnostics;
-        EXPECT_EQ(1, std::count(s.diagnostics.begin(), s.diagnostics.end(), '\n')) << s.diagnostics;
-        EXPECT_EQ(std::vector<std::string>{"output of b\n"}, s.fake.parsed) << "-j " << jobs;
-        EXPECT_EQ((std::vector<std::string>{"src\\a.c", "src\\b.c"}), s.Asked()) << "-j " << jobs;
-        EXPECT_EQ(BuildResult::kFailed, s.Recorded().targets["Debug"].result);
+// b.c builds; a.c fails in each way a command can. The pane gets what
+// happened flagged as a failure, the target is still asked for (the
+// plug-in then says it is not made) but never linked.
+TEST(MakeEngine, EveryFailedFileReachesTheParserFlaggedAndNothingIsLinked) {
+    struct Row {
+        const char* name;
+        std::function<std::string(Scene&)> command;
+        const char* parsed;  // the start of what the parser gets for a.c
+    };
+    const Row rows[] = {
+        {"exit code with output", [](Scene& s) { return s.Command("--out \"a.c: broken\" --exit 2"); }, "a.c: broken\n"},
+        {"exit code without a word", [](Scene& s) { return s.Command("--exit 3"); },
+         "orvhost: src\\a.c: the command ended with exit code 3\r\n"},
+        {"a program that is not there", [](Scene& s) { return s.dir + "/no-such-tool.exe -c src\\a.c"; },
+         "orvhost: src\\a.c: cannot run "},
+        {"no command", [](Scene&) { return std::string(); }, "orvhost: src\\a.c: the plug-in gave no command\r\n"},
+    };
+    for (const Row& row : rows) {
+        for (int jobs : {1, 2}) {
+            Scene s;
+            s.AddSource("a");
+            s.AddSource("b");
+            s.Touch("src/a.c", 0), s.Touch("src/b.c", 0);
+            s.fake.commands["src\\a.c"] = row.command(s);
+            s.fake.target_command = s.Command("--write Debug\\demo.axf");
+            s.engine->SetJobs(jobs);
+            EXPECT_FALSE(s.Make()) << row.name;
+            EXPECT_TRUE(s.engine->failed()) << row.name;
+            ASSERT_EQ(2u, s.fake.parsed.size()) << row.name << ", -j " << jobs;
+            EXPECT_EQ(0u, s.fake.parsed[0].rfind(row.parsed, 0)) << row.name << ": " << s.fake.parsed[0];
+            EXPECT_EQ((std::vector<int>{kAdsParseFailed, 0}), s.fake.flags) << row.name;
+            EXPECT_EQ("output of b\n", s.fake.parsed[1]) << row.name;
+            EXPECT_EQ("target", s.Asked().back()) << row.name;
+            EXPECT_FALSE(s.Exists("Debug/demo.axf")) << row.name;
+            EXPECT_EQ("", s.diagnostics) << row.name;
+            EXPECT_EQ(BuildResult::kFailed, s.Recorded().targets["Debug"].result) << row.name;
+        }
     }
 }
 
-TEST(MakeEngine, AFileWithoutACommandFailsTheBuild) {
-    Scene s;
-    s.AddSource("a");
-    s.Touch("src/a.c", 0);
-    s.fake.commands["src\\a.c"] = "";
-    EXPECT_FALSE(s.Make());
-    EXPECT_EQ("orvhost: the plug-in gave no command for 'src\\a.c'\n", s.diagnostics);
-    EXPECT_EQ(std::vector<std::string>{"src\\a.c"}, s.Asked());
-}
-
-TEST(MakeEngine, AFailedFileIsNeverLinked) {
+TEST(MakeEngine, TheTargetCommandsOutputIsReadAsALinkStep) {
     struct Row {
         const char* name;
-        bool plugin_gives_target_command;
-        const char* diagnostics;
+        std::function<std::string(Scene&)> command;
+        int flags;
+        const char* parsed;  // its start
     };
     const Row rows[] = {
-        {"the plug-in refuses the target", false, ""},
-        {"the plug-in gives the command all the same", true,
-         "orvhost: Debug: not linked: the command for 'src\\a.c' ended with exit code 2\n"},
+        {"linked", [](Scene& s) { return s.Command("--out linked"); }, kAdsParseLinkStep, "linked\n"},
+        {"failed", [](Scene& s) { return s.Command("--out \"Error: L6218E: Undefined symbol x\" --exit 1"); },
+         kAdsParseLinkStep | kAdsParseFailed, "Error: L6218E: Undefined symbol x\n"},
+        {"not started", [](Scene& s) { return s.dir + "/no-such-linker.exe"; }, kAdsParseLinkStep | kAdsParseFailed,
+         "orvhost: target Debug: cannot run "},
     };
     for (const Row& row : rows) {
         Scene s;
         s.AddSource("a");
-        s.AddSource("b");
-        s.Touch("src/a.c", 0), s.Touch("src/b.c", 0);
-        s.fake.commands["src\\a.c"] = s.Command("--out \"a.c: broken\" --exit 2");
-        s.fake.target_command = row.plugin_gives_target_command ? s.Command("--write Debug\\demo.axf") : "";
-        EXPECT_FALSE(s.Make()) << row.name;
-        EXPECT_EQ((std::vector<std::string>{"a.c: broken\n", "output of b\n"}), s.fake.parsed) << row.name;
-        EXPECT_EQ((std::vector<std::string>{"src\\a.c", "src\\b.c", "target"}), s.Asked()) << row.name;
-        EXPECT_FALSE(s.Exists("Debug/demo.axf")) << row.name;
-        EXPECT_FALSE(s.engine->linked()) << row.name;
-        EXPECT_EQ(row.diagnostics, s.diagnostics) << row.name;
+        s.Touch("src/a.c", 0);
+        s.fake.target_command = row.command(s);
+        EXPECT_EQ(row.flags == kAdsParseLinkStep, s.Make()) << row.name;
+        EXPECT_EQ(row.flags, s.fake.flags.back()) << row.name;
+        EXPECT_EQ(0u, s.fake.parsed.back().rfind(row.parsed, 0)) << row.name << ": " << s.fake.parsed.back();
+        EXPECT_EQ(row.flags == kAdsParseLinkStep ? BuildResult::kSucceeded : BuildResult::kFailed,
+                  s.Recorded().targets["Debug"].result)
+            << row.name;
     }
 }
 
-TEST(MakeEngine, AFailedTargetCommandFailsTheBuild) {
-    Scene s;
-    s.AddSource("a");
-    s.Touch("src/a.c", 0);
-    s.fake.target_command = s.Command("--out \"Error: L6218E: Undefined symbol x\" --exit 1");
-    EXPECT_FALSE(s.Make());
-    EXPECT_EQ("Error: L6218E: Undefined symbol x\n", s.fake.parsed.back());
-    EXPECT_EQ(BuildResult::kFailed, s.Recorded().targets["Debug"].result);
+// As make's delete-on-error: a failed command's object must not look up to
+// date to the next build.
+TEST(MakeEngine, AFailedCommandsFreshObjectIsDeleted) {
+    struct Row {
+        const char* name;
+        const char* script;
+        bool old_object;
+        bool object_stays;
+    };
+    const Row rows[] = {
+        {"written, then failed", "--write Debug\\a.o --exit 2", false, false},
+        {"rewritten, then failed", "--write Debug\\a.o --exit 2", true, false},
+        {"failed without touching the old object", "--exit 2", true, true},
+        {"written and succeeded", "--write Debug\\a.o", false, true},
+    };
+    for (const Row& row : rows) {
+        Scene s;
+        ConfigNode* a = s.AddSource("a");
+        if (row.old_object) s.Touch("Debug/a.o", 0);
+        s.Touch("src/a.c", 10);
+        s.fake.commands["src\\a.c"] = s.Command(row.script);
+        s.engine->TranslateFile("Debug", a);
+        EXPECT_EQ(row.object_stays, s.Exists("Debug/a.o")) << row.name;
+        EXPECT_EQ(row.object_stays ? "" : "orvhost: deleted 'Debug\\a.o', which the failed command left\n",
+                  s.diagnostics)
+            << row.name;
+    }
 }
 
 TEST(MakeEngine, ProgressComesBeforeEachFilesCommandIsAsked) {
@@ -512,26 +620,19 @@ TEST(MakeEngine, TranslatingOneFileRunsItsCommandInTheProjectFolderAndKeepsItsSe
     EXPECT_FALSE(s.engine->failed());
 }
 
-TEST(MakeEngine, TranslatingRefusesWhatCannotRun) {
-    struct Row {
-        const char* name;
-        std::string command;
-        bool translated;
-    };
+// The plug-in prints its summary after a translation it was answered 1
+// for: a failure is handed over flagged and answered 1 too.
+TEST(MakeEngine, TranslatingHandsEveryFailureToTheParser) {
     Scene probe;
-    const Row rows[] = {
-        {"no command", "", false},
-        {"a program that is not there", probe.dir + "/no-such-tool.exe", false},
-        {"a command that reports errors", probe.Command("--out \"a.c: broken\" --exit 1"), true},
-    };
-    for (const Row& row : rows) {
+    for (const std::string& command :
+         {std::string(), probe.dir + "/no-such-tool.exe", probe.Command("--out \"a.c: broken\" --exit 1")}) {
         Scene s;
         ConfigNode* a = s.AddSource("a");
-        s.fake.commands["src\\a.c"] = row.command;
-        EXPECT_EQ(row.translated, s.engine->TranslateFile("Debug", a)) << row.name;
-        EXPECT_TRUE(s.engine->failed()) << row.name;
-        EXPECT_EQ(row.translated, !s.fake.parsed.empty()) << row.name;
-        EXPECT_EQ(row.translated, s.diagnostics.empty()) << row.name << ": " << s.diagnostics;
+        s.fake.commands["src\\a.c"] = command;
+        EXPECT_TRUE(s.engine->TranslateFile("Debug", a)) << command;
+        EXPECT_TRUE(s.engine->failed()) << command;
+        EXPECT_EQ(std::vector<int>{kAdsParseFailed}, s.fake.flags) << command;
+        EXPECT_EQ("", s.diagnostics) << command;
     }
 }
 
