@@ -16,6 +16,14 @@ Slots<GuardedFile*> g_files;
 std::atomic<bool>& Interrupted() { return g_interrupted; }
 Slots<GuardedFile*>& GuardedFiles() { return g_files; }
 
+size_t GuardedNow(const GuardedFile** files) {
+    size_t count = 0;
+    for (size_t i = 0; i < kSlots; ++i) {
+        if (const GuardedFile* file = g_files.Get(i)) files[count++] = file;
+    }
+    return count;
+}
+
 }  // namespace interrupt
 
 bool Interrupted() { return interrupt::Interrupted().load(); }

@@ -45,6 +45,11 @@ struct GuardedFile {
 std::atomic<bool>& Interrupted();
 Slots<GuardedFile*>& GuardedFiles();
 
+// The files guarded at the moment of the interruption, into `files` (room
+// for kSlots), and their number: their commands end meanwhile, and their
+// guards with them.
+size_t GuardedNow(const GuardedFile** files);
+
 // The path as the system takes it (on POSIX "\" becomes "/").
 std::string SystemFormOf(const std::string& path);
 

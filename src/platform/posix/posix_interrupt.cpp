@@ -83,16 +83,6 @@ void EndChildren(int signal_number) {
     }
 }
 
-// The files guarded at the moment of the interruption: their commands end
-// meanwhile, and their guards with them.
-size_t GuardedNow(const GuardedFile** files) {
-    size_t count = 0;
-    for (size_t i = 0; i < kSlots; ++i) {
-        if (const GuardedFile* file = GuardedFiles().Get(i)) files[count++] = file;
-    }
-    return count;
-}
-
 void Delete(const GuardedFile* const* files, size_t count) {
     for (size_t i = 0; i < count; ++i) {
         if (::unlink(files[i]->path.c_str()) == 0) WriteAll(2, files[i]->note.data(), files[i]->note.size());

@@ -39,16 +39,6 @@ void EndChildren() {
     for (size_t k = 0; k < count; ++k) ::WaitForSingleObject(processes[k], kPatienceMs);
 }
 
-// The files guarded at the moment of the interruption: their commands end
-// meanwhile, and their guards with them.
-size_t GuardedNow(const GuardedFile** files) {
-    size_t count = 0;
-    for (size_t i = 0; i < kSlots; ++i) {
-        if (const GuardedFile* file = GuardedFiles().Get(i)) files[count++] = file;
-    }
-    return count;
-}
-
 void Delete(const GuardedFile* const* files, size_t count) {
     const HANDLE error = ::GetStdHandle(STD_ERROR_HANDLE);
     for (size_t i = 0; i < count; ++i) {
