@@ -82,16 +82,45 @@ struct AdsHostSimulator {
 // The answers of a modal dialog.
 enum AdsDialogResult { kAdsIdOk = 1, kAdsIdCancel = 2 };
 
+// The buttons of the settings dialog that leave it open.
+enum AdsSettingsButton { kAdsButtonApply = 1, kAdsButtonDefault = 2 };
+
 // What the plug-in hands a host without windows while its settings dialog
-// runs (AdsHostUi::RunSettings). Valid only during that call.
+// runs (AdsHostUi::RunSettings). Valid only during that call. The host acts
+// as a user would: it selects tree items and tabs, sets the shown page's
+// controls by label, presses buttons, and answers kAdsIdOk (the changes are
+// saved) or kAdsIdCancel (only what Apply saved is kept).
+//
+// A call that fails answers 0 with *error set to one line naming what was
+// refused and the valid choices; nothing changed then. A page's own message
+// (a value it refuses when it is saved) goes to AdsHostUi::Message as well.
+// Every text handed back stays valid until the next call.
 struct AdsSettingsDialog {
     void* self;
     // The "Equivalent Command Line" of one tool ("armasm", "armcc", "armcpp",
-    // "tcc", "tcpp") on the dialog's scope (the project's target, a folder or
-    // a file): 1 when it resolves; 0 when not, *text then being the error
-    // text (such as "GetTempCCppOption Error") or, for an unknown tool, an
-    // empty text. *text stays valid until the next call.
+    // "tcc", "tcpp", "armlink", "fromelf") on the dialog's scope, as the
+    // dialog's controls stand: 1 when it resolves; 0 when not, *text then
+    // being the error text (such as "GetTempCCppOption Error") or, for a
+    // tool the scope does not show, an empty text.
     int (ADS_CALL *CommandLine)(void* self, const char* tool, const char** text);
+    // The tree, one line per item in the order shown: two blanks per level,
+    // the image index, a blank, the label.
+    const char* (ADS_CALL *Tree)(void* self);
+    // Clicks the tree item labelled `item`.
+    int (ADS_CALL *Select)(void* self, const char* item, const char** error);
+    // Clicks the tab labelled `tab` of the shown tool.
+    int (ADS_CALL *SelectTab)(void* self, const char* tab, const char** error);
+    // Sets the control of the shown page named `label` (its label; a control
+    // without one by its group's caption; "GROUP: LABEL" where a label occurs
+    // twice) to `value`: a check box 0 or 1, a radio group or combo an
+    // entry's text or index, an edit field its text, a list its entries
+    // separated by ';'.
+    int (ADS_CALL *Set)(void* self, const char* label, const char* value, const char** error);
+    // Presses a button (AdsSettingsButton).
+    int (ADS_CALL *Press)(void* self, int button, const char** error);
+    // Every page of the tree with each control's label, value and whether it
+    // is enabled, then the "Equivalent Command Line" of each tool.
+    const char* (ADS_CALL *Show)(void* self);
 };
 
 // The user interface of a host that shows no windows (word 4 of the host

@@ -7,6 +7,7 @@ add_library(ads_options STATIC
   ${CMAKE_CURRENT_LIST_DIR}/compiler_options.cpp
   ${CMAKE_CURRENT_LIST_DIR}/assembler_options.cpp
   ${CMAKE_CURRENT_LIST_DIR}/pages.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/dialog_page.cpp
   ${CMAKE_CURRENT_LIST_DIR}/switch_page.cpp
   ${CMAKE_CURRENT_LIST_DIR}/linker_options.cpp
   ${CMAKE_CURRENT_LIST_DIR}/fromelf_options.cpp
