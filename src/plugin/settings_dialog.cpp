@@ -49,7 +49,9 @@ int ADS_CALL SettingsDialog::CommandLineEntry(void* self, const char* tool, cons
 
 int SettingsDialog::RunHeadless(const AdsHostUi& ui) {
     if (ui.RunSettings == nullptr) return kAdsIdCancel;
-    AdsSettingsDialog dialog{this, &SettingsDialog::CommandLineEntry};
+    // The dialog's other calls come with its pages.
+    AdsSettingsDialog dialog{this, &SettingsDialog::CommandLineEntry, nullptr, nullptr, nullptr, nullptr, nullptr,
+                             nullptr};
     return ui.RunSettings(ui.context, &dialog);
 }
 
