@@ -91,10 +91,10 @@ const Row kRows[] = {
     {"a refusal ends the steps", {"--set", "A=1", "--apply", "--page", "Nope", "--set", "B=2"}, 2,
      "target Debug|on OrvaneProject p|Set A=1|Press 1|Select Nope",
      "orvhost: no tree item 'Nope' (items: 'ARM Linker')\n", nullptr},
-    {"a message box ends the steps", {"--set", "Loud=9", "--set", "B=2"}, 2, "target Debug|on OrvaneProject p|Set Loud=9",
-     "orvhost: Page: Stack out of range\n", nullptr},
-    {"unknown target", {"--target", "X"}, 2, "", "orvhost: C:\\work\\p.orv: no target named 'X' (targets: 'Debug', 'Rel')\n",
-     nullptr},
+    {"a message box ends the steps", {"--set", "Loud=9", "--set", "B=2"}, 2,
+     "target Debug|on OrvaneProject p|Set Loud=9", "orvhost: Page: Stack out of range\n", nullptr},
+    {"unknown target", {"--target", "X"}, 2, "",
+     "orvhost: C:\\work\\p.orv: no target named 'X' (targets: 'Debug', 'Rel')\n", nullptr},
     {"unknown group", {"--folder", "H"}, 2, "", "orvhost: C:\\work\\p.orv: no group 'H' in the project (groups: 'G', "
      "'G/H')\n", nullptr},
     {"unknown file", {"--file", "a.c"}, 2, "", "orvhost: C:\\work\\p.orv: no file 'a.c' in the project (files: "
@@ -130,7 +130,8 @@ TEST(SettingsCommand, DrivesTheDialogAndSavesOnlyWhatOkChanged) {
         if (row.saved == nullptr) {
             EXPECT_TRUE(fake.files.writes.empty());
         } else {
-            EXPECT_NE(std::string::npos, fake.files.contents[kProject].find(row.saved)) << fake.files.contents[kProject];
+            const std::string& saved = fake.files.contents[kProject];
+            EXPECT_NE(std::string::npos, saved.find(row.saved)) << saved;
         }
     }
 }
