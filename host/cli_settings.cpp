@@ -107,6 +107,7 @@ ConfigNode* FindGroup(ConfigNode* root, const std::string& project, const std::s
         const size_t slash = std::min(group.find('/', start), group.size());
         const std::string part = group.substr(start, slash - start);
         start = slash + 1;
+        if (part.empty()) continue;  // "A//B" is "A/B", as add-file reads it
         ConfigNode* found = nullptr;
         for (ConfigNode* c = node->FirstChild(); c != nullptr && found == nullptr; c = c->NextSibling()) {
             const char* name = c->GetAttribute(config::kNameKey);
