@@ -30,6 +30,23 @@ const Command kCommands[] = {
     {"options", "PROJECT", "print the option string each tool gets (armasm, armcc, armcpp, tcc, tcpp); "
                            "exit status 1 when one cannot be made", 1, 1,
      {kTarget, {"--file", "PATH", "a path", "the options of this file of the project"}}, CommandOptions},
+    {"settings", "PROJECT",
+     "click through the plug-in's settings dialog: the steps run in the order given, then OK (or Cancel); "
+     "anything refused ends it with exit status 2 and the project file untouched, which is written only when OK "
+     "changed something", 1, 1,
+     {{"--target", "NAME", "a name", "the target made current (default: the first)"},
+      {"--file", "PATH", "a path", "open the dialog on this file of the project (as add-file stored it)"},
+      {"--folder", "GROUP", "a group", "open it on this group (nested groups as A/B) instead of the project"},
+      {"--page", "ITEM", "a tree item", "click the tree item ITEM", false, true},
+      {"--tab", "TAB", "a tab", "click the tab TAB of the page shown", false, true},
+      {"--set", "LABEL=VALUE", "LABEL=VALUE", "set the control labelled LABEL on the page shown (check box 0 or 1; "
+       "an entry's text or index; a list's entries separated by ';')", false, true},
+      {"--default", nullptr, nullptr, "press Default on the page shown", false, true},
+      {"--apply", nullptr, nullptr, "press Apply", false, true},
+      {"--cancel", nullptr, nullptr, "answer Cancel instead of OK: nothing is saved"},
+      {"--show", nullptr, nullptr, "after the steps, print every page's controls with their values and each tool's "
+       "command line"}},
+     CommandSettings},
     {"build", "PROJECT", "build a target: the files that changed, then the image or library, then the post-link "
                          "step; exit status 1 when any of them failed", 1, 1,
      {kTarget, {"-j", "N", "a number of jobs", "run N file commands at once"},

@@ -35,6 +35,7 @@ std::string Usage(const Command& command) {
         std::string text = option.name;
         if (option.value != nullptr) text += std::string(" ") + option.value;
         usage += option.required ? " " + text : " [" + text + "]";
+        if (option.repeats) usage += "...";
     }
     return usage;
 }
@@ -54,14 +55,12 @@ Arguments ParseArguments(const Command& command, const std::vector<std::string>&
             continue;
         }
         if (const CommandOption* option = FindOption(command, word)) {
-            if (option->value == nullptr) {
-                args.options[word] = std::string();
-                continue;
-            }
-            if (i + 1 >= words.size()) Fail(word + " needs " + option->needs);
-            args.options[word] = words[++i];
+            if (option->value != nullptr && i + 1 >= words.size()) Fail(word + " needs " + option->needs);
+            args.options[word] = option->value != nullptr ? words[++i] : std::string();
+            args.sequence.emplace_back(word, args.options[word]);
         } else if (const CommandOption* joined = FindJoined(command, word)) {
             args.options[joined->name] = word.substr(2);
+            args.sequence.emplace_back(joined->name, word.substr(2));
         } else {
             Fail("unknown option '" + word + "' (a value that starts with '-' goes after '--'); " + Usage(command));
         }

@@ -5,6 +5,7 @@
 
 #include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/platform.h"
@@ -17,13 +18,16 @@ struct CommandOption {
     const char* needs;  // the complaint when the value is missing: "a name" gives "--target needs a name"
     const char* help;   // one line
     bool required = false;
+    bool repeats = false;  // may be given more than once; the usage shows "..."
 };
 
 // What the parser hands a command: its positional words in order and the
-// value of each option given (empty for a switch).
+// value of each option given (empty for a switch; the last one when it was
+// given more than once), and every option with its value in the order given.
 struct Arguments {
     std::vector<std::string> positional;
     std::map<std::string, std::string> options;
+    std::vector<std::pair<std::string, std::string>> sequence;
 
     bool Has(const std::string& option) const { return options.count(option) != 0; }
     std::string Value(const std::string& option) const {

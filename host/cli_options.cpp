@@ -13,23 +13,6 @@ namespace {
 
 const char* const kTools[] = {"armasm", "armcc", "armcpp", "tcc", "tcpp"};
 
-ConfigNode* FindFile(ConfigNode* root, const std::string& path) {
-    std::string wanted = ComparablePath(path);
-    while (wanted.rfind(".\\", 0) == 0) wanted.erase(0, 2);
-    ConfigNode* found = nullptr;
-    WalkTree(root, [&](ConfigNode* n) {
-        const char* p = n->GetAttribute(config::kRelativePathKey);
-        if (found == nullptr && n->Name() == config::kFileNode && p != nullptr) {
-            // Imported projects store their paths from ".\".
-            std::string stored = Lower(p);
-            while (stored.rfind(".\\", 0) == 0) stored.erase(0, 2);
-            if (stored == wanted) found = n;
-        }
-        return false;
-    });
-    return found;
-}
-
 }  // namespace
 
 int CommandOptions(const Arguments& args, platform::Platform& platform) {
@@ -48,7 +31,7 @@ int CommandOptions(const Arguments& args, platform::Platform& platform) {
     }
     ConfigNode* scope = s.root_.get();
     if (args.Has("--file")) {
-        scope = FindFile(s.root_.get(), args.Value("--file"));
+        scope = FindFileNode(s.root_.get(), args.Value("--file"));
         if (scope == nullptr) Fail(project + ": no file '" + args.Value("--file") + "' in the project");
     }
 

@@ -52,6 +52,25 @@ inline std::string ToBackslashes(std::string path) {
 // A path for comparing: one kind of separator, one case.
 inline std::string ComparablePath(const std::string& path) { return Lower(ToBackslashes(path)); }
 
+// The "File" node whose stored path is `path`, compared as paths are
+// (either separator, either case, a leading ".\" ignored); null when none.
+inline ConfigNode* FindFileNode(ConfigNode* root, const std::string& path) {
+    std::string wanted = ComparablePath(path);
+    while (wanted.rfind(".\\", 0) == 0) wanted.erase(0, 2);
+    ConfigNode* found = nullptr;
+    WalkTree(root, [&](ConfigNode* n) {
+        const char* p = n->GetAttribute(config::kRelativePathKey);
+        if (found == nullptr && n->Name() == config::kFileNode && p != nullptr) {
+            // Imported projects store their paths from ".\".
+            std::string stored = Lower(p);
+            while (stored.rfind(".\\", 0) == 0) stored.erase(0, 2);
+            if (stored == wanted) found = n;
+        }
+        return false;
+    });
+    return found;
+}
+
 // Which source kind orvhost gives a file, by its extension.
 inline int FileTypeFor(const std::string& path) {
     const std::string ext = Lower(platform::ExtensionOf(path));

@@ -154,7 +154,16 @@ int PluginHost::RunSettings(void* context, const AdsSettingsDialog* dialog) {
 }
 
 // Nobody is there to press OK: the text goes to standard error.
-void PluginHost::Message(void*, const char* text, const char* caption) {
+void PluginHost::Message(void* context, const char* text, const char* caption) {
+    auto* host = static_cast<PluginHost*>(context);
+    if (host != nullptr && host->messages_) {
+        try {
+            host->messages_(caption != nullptr ? caption : "", text != nullptr ? text : "");
+        } catch (...) {
+            // Nothing unwinds into the plug-in.
+        }
+        return;
+    }
     std::fflush(stdout);
     std::fprintf(stderr, "%s: %s\n", caption != nullptr ? caption : "", text != nullptr ? text : "");
 }

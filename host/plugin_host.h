@@ -58,6 +58,10 @@ public:
     // table of the host context); without one the dialog is cancelled.
     using SettingsRunner = std::function<int(const AdsSettingsDialog& dialog)>;
     void SetSettingsRunner(SettingsRunner runner) { settings_ = std::move(runner); }
+    // Where the plug-in's message boxes go instead of standard error (none
+    // when null).
+    using MessageSink = std::function<void(const std::string& caption, const std::string& text)>;
+    void SetMessageSink(MessageSink sink) { messages_ = std::move(sink); }
     // orvhost -v, for every host of the process: the plug-in's trace lines
     // go to standard error, and every command line that RunTool or the make
     // engine runs to standard output (EchoCommand).
@@ -98,6 +102,7 @@ private:
     std::function<std::string(const char*)> rewrite_;
     MakeEngine* make_ = nullptr;
     SettingsRunner settings_;
+    MessageSink messages_;
     AdsHostUi ui_{};
     std::string install_dir_;
     std::string executable_;
