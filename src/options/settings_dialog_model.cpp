@@ -228,7 +228,10 @@ std::vector<std::string> SettingsDialogModel::ControlNames(const DialogPage& pag
     for (size_t i = 0; i < controls.size(); ++i) {
         const Control& c = controls[i];
         if (c.kind == ControlKind::kButton) continue;
-        base[i] = c.label.empty() ? c.group : c.label;
+        // A label broken over two lines is named on one.
+        for (char ch : c.label.empty() ? c.group : c.label) {
+            if (ch != '\n' && ch != '\r') base[i] += ch;
+        }
         ++count[base[i]];
     }
     std::vector<std::string> names(controls.size());
