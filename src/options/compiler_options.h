@@ -88,8 +88,8 @@ inline constexpr OptionRow kDebugOptRows[] = {
     Check("Enable debug table generation", "", kDbgTables, " -g+"),
     Check("Include preprocessor symbol", "", kDbgPreproSymbols, "", " -gtp"),
     Check("Enable debug of inline function", "", kDbgInline, " -Ono_inline"),
-    Radio("", "", kDbgLevel, kLevelChoices),
-    Radio("", "", kDbgCriterion, kCriterionChoices),
+    Radio("", "Optimization Level", kDbgLevel, kLevelChoices),
+    Radio("", "Optimization Criterion", kDbgCriterion, kCriterionChoices),
 };
 
 // "Preprocessor" (_PrePro) keeps the " -D" switches as they stand.

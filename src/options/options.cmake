@@ -8,6 +8,9 @@ add_library(ads_options STATIC
   ${CMAKE_CURRENT_LIST_DIR}/assembler_options.cpp
   ${CMAKE_CURRENT_LIST_DIR}/pages.cpp
   ${CMAKE_CURRENT_LIST_DIR}/dialog_page.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/option_page_views.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/settings_tree.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/settings_dialog_model.cpp
   ${CMAKE_CURRENT_LIST_DIR}/switch_page.cpp
   ${CMAKE_CURRENT_LIST_DIR}/linker_options.cpp
   ${CMAKE_CURRENT_LIST_DIR}/fromelf_options.cpp

@@ -289,13 +289,18 @@ DialogOutcome Application::RunSettingsDialog(ConfigNode* node) {
     // windowless host sees the dialog.
     if (ui_ == nullptr) return DialogOutcome{};
     FindCurrentConfiguration();
-    SettingsScope scope;
-    scope.configuration = current_configuration_;
-    scope.owner = node;
-    scope.target = current_target_;
-    scope.macros = config::MakePathMacros(project_dir_, toolchain_.FindArmHome(), *platform_.files);
-    plugin::SettingsDialog dialog(std::move(scope));
-    return DialogOutcome{dialog.RunHeadless(*ui_), false};
+    options::DialogContext context;
+    context.project = project_root_;
+    context.configuration = current_configuration_;
+    context.node = node;
+    context.target = current_target_;
+    context.processors = host_defaults_.processors;
+    context.host = host_.get();
+    const config::PathMacros macros = config::MakePathMacros(project_dir_, toolchain_.FindArmHome(), *platform_.files);
+    options::PathConverter via = [macros](const std::string& name) { return config::ConvertViaFilePath(name, macros); };
+    plugin::SettingsDialog dialog(settings_kind_, std::move(context), options::PageFactory(), std::move(via));
+    const int result = dialog.RunHeadless(*ui_);
+    return DialogOutcome{result, dialog.Model().Saved()};
 }
 
 int Application::ImportProject(const char* path, int arg) {

@@ -40,3 +40,10 @@ ads_add_fuzz_target(project_fuzz
   SOURCES ${PROJECT_SOURCE_DIR}/host/project_file.cpp ${ADS_SRC}/config/config_node.cpp)
 # The registry kept in a .reg file.
 ads_add_fuzz_target(registry_fuzz SOURCES ${ADS_SRC}/platform/registry_file.cpp ${ADS_SRC}/platform/folders.cpp)
+# The settings dialog's model over random projects and clicks.
+ads_add_fuzz_target(dialog_fuzz
+  SOURCES ${ADS_OPTION_SOURCES} ${ADS_SRC}/options/effective_options.cpp ${ADS_SRC}/options/switch_page.cpp
+          ${ADS_SRC}/options/linker_options.cpp ${ADS_SRC}/options/fromelf_options.cpp
+          ${ADS_SRC}/options/dialog_page.cpp ${ADS_SRC}/options/option_page_views.cpp
+          ${ADS_SRC}/options/settings_tree.cpp ${ADS_SRC}/options/settings_dialog_model.cpp
+  LIBS ads_config)
