@@ -201,7 +201,8 @@ int CommandSettings(const Arguments& args, platform::Platform& platform) {
         std::fputs(run.shown.c_str(), stdout);
         if (run.shown.back() != '\n') std::fputs("\n", stdout);
     }
-    if (run.answer == kAdsIdOk && SerializeProject(*s.root_) != before) {
+    // Cancel keeps what Apply saved: the tree is written whenever it changed.
+    if (SerializeProject(*s.root_) != before) {
         try {
             s.Save();
         } catch (CliFailure& f) {
