@@ -49,7 +49,9 @@ int ADS_CALL SettingsDialog::CommandLineEntry(void* self, const char* tool, cons
 
 int SettingsDialog::RunHeadless(const AdsHostUi& ui) {
     if (ui.RunSettings == nullptr) return kAdsIdCancel;
-    AdsSettingsDialog dialog{this, &SettingsDialog::CommandLineEntry};
+    AdsSettingsDialog dialog{};
+    dialog.self = this;
+    dialog.CommandLine = &SettingsDialog::CommandLineEntry;
     return ui.RunSettings(ui.context, &dialog);
 }
 
