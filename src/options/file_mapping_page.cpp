@@ -16,15 +16,19 @@ namespace {
 using config::kToolDisplayNames;
 using config::MappingRow;
 
+std::string Trimmed(const std::string& text) {
+    const size_t first = text.find_first_not_of(' ');
+    if (first == std::string::npos) return {};
+    return text.substr(first, text.find_last_not_of(' ') - first + 1);
+}
+
+// The list's entries as checked rows; blanks around the '=' do not count.
 std::vector<MappingRow> Rows(const std::string& list) {
     std::vector<MappingRow> rows;
     for (const std::string& entry : SplitList(list)) {
         const size_t equals = entry.find('=');
-        if (equals == std::string::npos) {
-            rows.push_back({entry, "", true});
-        } else {
-            rows.push_back({entry.substr(0, equals), entry.substr(equals + 1), true});
-        }
+        const std::string tool = equals == std::string::npos ? "" : Trimmed(entry.substr(equals + 1));
+        rows.push_back({Trimmed(entry.substr(0, equals)), tool, true});
     }
     return rows;
 }
@@ -88,6 +92,13 @@ public:
 
 protected:
     std::string Check(int, const std::string& value) const override { return ListProblem(value); }
+
+public:
+    std::string Set(int control, const std::string& value) override {
+        std::string reason = TextPage::Set(control, value);
+        if (reason.empty()) Put(0, MappingList(MappingString(Value(0))));
+        return reason;
+    }
 };
 
 }  // namespace

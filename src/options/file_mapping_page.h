@@ -12,7 +12,8 @@
 // extensions joined by "&&" before "@" and the tool's word:
 // "(.s@armasm),(.c@armcc),(.cc&&.cpp@armcpp)". The list shows the entries
 // group by group in the order the string names them, and writes them back
-// in that order. The C files of a target go to one C compiler and the C++
+// in that order; a list set in another order (or with blanks around the
+// '=') is shown at once as it will be stored. The C files of a target go to one C compiler and the C++
 // files to one C++ compiler, so the page refuses a list that names both of
 // a pair; a list without C entries makes the C group "@tcc" (and likewise
 // "@tcpp"), which sends the target's C files to the Thumb compiler. A

@@ -112,6 +112,8 @@ TEST(TargetPages, ASaveCommitsExactlyTheChangedKeysThroughOneClone) {
         {"a second assembler extension", MakeFileMappingsPage, kTarget, false,
          {{"Mappings", ".s=ARM Assembler;.asm=ARM Assembler;.c=ARM C Compiler;.cc=ARM C++ Compiler;.cpp=ARM C++ Compiler"}},
          With(kTarget, {{"ADS_FileMap", "(.s&&.asm@armasm),(.c@armcc),(.cc&&.cpp@armcpp)"}})},
+        {"the default map set in another order with blanks is no change", MakeFileMappingsPage, kTarget, false,
+         {{"Mappings", ".c = ARM C Compiler;.cc=ARM C++ Compiler;.cpp=ARM C++ Compiler;.s=ARM Assembler"}}, {}},
         {"C to Thumb and no C++ extension left", MakeFileMappingsPage, kTarget, false,
          {{"Mappings", ".s=ARM Assembler;.c=Thumb C Compiler"}},
          With(kTarget, {{"ADS_FileMap", "(.s@armasm),(.c@tcc),(@tcpp)"}})},
@@ -232,9 +234,6 @@ TEST(TargetPages, ShowTheStoredValuesAsTheBuildReadsThem) {
         {"the batch command between its parentheses", MakeTargetSettingsPage,
          With(kTarget, {{"ADS_PostLnk", "batch file runner"}, {"ADS_BatchFileParam", "1,(make -C out)"}}),
          "Batch file command:", "make -C out", true},
-        {"the batch flag", MakeTargetSettingsPage,
-         With(kTarget, {{"ADS_PostLnk", "Batch File Runner"}, {"ADS_BatchFileParam", "1,(x)"}}), "Run batch file",
-         "1", true},
         {"the batch controls wait for the batch file runner", MakeTargetSettingsPage,
          With(kTarget, {{"ADS_BatchFileParam", "1,(x)"}}), "Run batch file", "1", false},
         {"search paths of both kinds in their stored order", MakeAccessPathsPage,
@@ -329,17 +328,6 @@ TEST(PropertyPage, AFolderHasNoToolAndGivesUpTheStatesOfEveryFamily) {
     EXPECT_EQ(Dump(c_states), "LocalConfigure=0;");
     EXPECT_EQ(Dump(asm_states), "Release_Asm_Tar=2;LocalConfigure=0;");
     EXPECT_NE(page->Set(1, "1"), "") << "own settings are made on the language pages";
-}
-
-TEST(ArmDebugPage, HasNothingToShowOrStore) {
-    Project project(kTarget, 1, {});
-    std::unique_ptr<StoredPage> page = MakeArmDebugPage();
-    page->Load(project.context);
-    page->Default();
-    page->Save(project.context);
-    EXPECT_TRUE(page->Description().controls.empty());
-    EXPECT_EQ(page->Description().title, "ARM Debug");
-    EXPECT_TRUE(project.host.commits.empty());
 }
 
 }  // namespace
