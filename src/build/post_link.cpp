@@ -8,6 +8,7 @@
 #include "build/node_text.h"
 #include "config/path_macros.h"
 #include "config/project_keys.h"
+#include "options/target_pages.h"
 #include "platform/platform.h"
 #include "platform/text.h"
 
@@ -106,13 +107,11 @@ bool BuildEngine::RunFromElf(const BuildContext& c, bool linked) {
 }
 
 bool BuildEngine::RunBatchFile(const BuildContext& c) {
-    std::string value = Text(c.configuration, config::kBatchFileParamsKey);
-    int flag = 0;
-    std::vector<char> text(value.size() + 2, '\0');
-    // "%d,(%s)": the captured text starts with the "(" and the command ends
-    // at the first ")", so a command cannot hold one.
-    if (std::sscanf(value.c_str(), "%d,%[^)])", &flag, text.data()) != 2 || flag != 1) return true;
-    std::string command = text.data() + 1;
+    // Read as the "Target Settings" page wrote it: nothing runs unless both
+    // fields are there and the flag is 1.
+    const options::BatchFile batch = options::ReadBatchFile(Text(c.configuration, config::kBatchFileParamsKey));
+    if (batch.flag != 1) return true;
+    const std::string& command = batch.command;
     Write(Format(kUserCommand, command.c_str()));
     platform_->files->ChangeDir(c.project_dir);
     config::ToolRun run = host_->RunTool(command, 8000);

@@ -50,24 +50,4 @@ bool RefreshLocalConfigure(config::HostApi& host, ConfigNode* node, const std::s
     return local;
 }
 
-std::string BuildMappingString(const std::vector<MappingRow>& rows) {
-    std::string groups[6] = {"", "@armasm", "@armcc", "@armcpp", "@tcc", "@tcpp"};
-    for (const MappingRow& row : rows) {
-        if (!row.checked) continue;
-        for (int tool = kToolArmasm; tool <= kToolTcpp; ++tool) {
-            if (row.tool != kToolDisplayNames[tool]) continue;
-            std::string& group = groups[tool];
-            // The later row's extension goes first.
-            if (group[0] != '@') group.insert(0, "&&");
-            group.insert(0, row.extension);
-        }
-    }
-    std::string map = "(" + groups[kToolArmasm] + "),(";
-    map += groups[kToolArmcc] == "@armcc" ? groups[kToolTcc] : groups[kToolArmcc];
-    map += "),(";
-    map += groups[kToolArmcpp] == "@armcpp" ? groups[kToolTcpp] : groups[kToolArmcpp];
-    map += ")";
-    return map;
-}
-
 }  // namespace ads::build

@@ -16,6 +16,8 @@ namespace ads::build {
 // the project import reaches them too.
 using config::AssignToolInTarget;
 using config::AssignToolsOnAdd;
+using config::BuildMappingString;
+using config::MappingRow;
 using config::ChooseTool;
 using config::EnsureFileSettings;
 using config::FileMapOf;
@@ -43,14 +45,5 @@ std::string FileOptionString(const ConfigNode* configuration, const ConfigNode* 
 // else 0. For a "Filter" every tool family is looked at and the results
 // or-ed. Returns the value written.
 bool RefreshLocalConfigure(config::HostApi& host, ConfigNode* node, const std::string& target);
-
-// The file-mapping page as a model: rows of (extension, tool display name,
-// checked) and the mapping string they make.
-struct MappingRow {
-    std::string extension;   // with its dot: ".s"
-    std::string tool;        // "ARM Assembler", "ARM C Compiler", ...
-    bool checked = false;
-};
-std::string BuildMappingString(const std::vector<MappingRow>& rows);
 
 }  // namespace ads::build

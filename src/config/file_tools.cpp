@@ -109,4 +109,51 @@ void AssignToolInTarget(HostApi& host, ConfigNode* file, const std::string& targ
     });
 }
 
+std::string BuildMappingString(const std::vector<MappingRow>& rows) {
+    std::string groups[6] = {"", "@armasm", "@armcc", "@armcpp", "@tcc", "@tcpp"};
+    for (const MappingRow& row : rows) {
+        if (!row.checked) continue;
+        for (int tool = kToolArmasm; tool <= kToolTcpp; ++tool) {
+            if (row.tool != kToolDisplayNames[tool]) continue;
+            std::string& group = groups[tool];
+            // The later row's extension goes first.
+            if (group[0] != '@') group.insert(0, "&&");
+            group.insert(0, row.extension);
+        }
+    }
+    std::string map = "(" + groups[kToolArmasm] + "),(";
+    map += groups[kToolArmcc] == "@armcc" ? groups[kToolTcc] : groups[kToolArmcc];
+    map += "),(";
+    map += groups[kToolArmcpp] == "@armcpp" ? groups[kToolTcpp] : groups[kToolArmcpp];
+    map += ")";
+    return map;
+}
+
+std::vector<MappingRow> MappingRows(const std::string& map) {
+    static const char* const kWords[6] = {"", "armasm", "armcc", "armcpp", "tcc", "tcpp"};
+    std::vector<MappingRow> rows;
+    size_t open = map.find('(');
+    while (open != std::string::npos) {
+        const size_t close = map.find(')', open);
+        const std::string group = map.substr(open + 1, close == std::string::npos ? close : close - open - 1);
+        const size_t at = group.rfind('@');
+        std::string tool;
+        if (at != std::string::npos) {
+            for (int t = kToolArmasm; t <= kToolTcpp; ++t) {
+                if (group.compare(at + 1, std::string::npos, kWords[t]) == 0) tool = kToolDisplayNames[t];
+            }
+        }
+        const std::string extensions = group.substr(0, at);
+        for (size_t start = 0; start < extensions.size();) {
+            size_t end = extensions.find("&&", start);
+            if (end == std::string::npos) end = extensions.size();
+            if (end > start) rows.push_back({extensions.substr(start, end - start), tool, true});
+            start = end + 2;
+        }
+        if (close == std::string::npos) break;
+        open = map.find('(', close);
+    }
+    return rows;
+}
+
 }  // namespace ads::config

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "ads/config_node.h"
 #include "config/host_api.h"
@@ -36,5 +37,21 @@ bool AssignToolsOnAdd(HostApi& host, ConfigNode* file, ConfigNode* configuration
 // The same for one target, without looking at the map: C to armcc, C++ to
 // armcpp, assembler to armasm. Nothing unless the node is a "File".
 void AssignToolInTarget(HostApi& host, ConfigNode* file, const std::string& target, const ConfigNode* configuration);
+
+// The file-mapping page's rows of (extension, tool display name,
+// checked) and the mapping string they make.
+struct MappingRow {
+    std::string extension;   // with its dot: ".s"
+    std::string tool;        // "ARM Assembler", "ARM C Compiler", ...
+    bool checked = false;
+};
+std::string BuildMappingString(const std::vector<MappingRow>& rows);
+
+// The rows a mapping string lists, group by group, each group's extensions
+// in the order written; a group whose tool word is none of the five gives
+// rows with tool "". BuildMappingString of the rows in reverse order gives
+// back every string it can make; a group without extensions it cannot make
+// but as "@armasm", "@tcc" or "@tcpp".
+std::vector<MappingRow> MappingRows(const std::string& map);
 
 }  // namespace ads::config

@@ -14,6 +14,12 @@ add_library(ads_options STATIC
   ${CMAKE_CURRENT_LIST_DIR}/switch_page.cpp
   ${CMAKE_CURRENT_LIST_DIR}/linker_options.cpp
   ${CMAKE_CURRENT_LIST_DIR}/fromelf_options.cpp
-  ${CMAKE_CURRENT_LIST_DIR}/effective_options.cpp)
+  ${CMAKE_CURRENT_LIST_DIR}/effective_options.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/text_page.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/path_check.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/target_pages.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/access_paths_page.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/file_mapping_page.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/property_page.cpp)
 target_include_directories(ads_options PUBLIC ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR}/include)
 target_link_libraries(ads_options PUBLIC ads_config PRIVATE ads_warnings)

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "ads/preference.h"
+#include "plugin/tool_path_dialog_page.h"
 #include "plugin/tool_path_page.h"
 #include "plugin/toolchain.h"
 #include "support/fake_platform.h"
@@ -316,6 +317,36 @@ TEST_F(ToolchainTest, OkWithAFolderThatHoldsNoToolsFindsNothing) {
     EXPECT_FALSE(page.Accept());
     EXPECT_EQ("", toolchain.directory());
     EXPECT_FALSE(toolchain.found());
+}
+
+// The page as the dialog shows it: set by its label, checked before OK.
+TEST_F(ToolchainTest, TheToolPathDialogPageRefusesAFolderWithoutTheAssembler) {
+    fake.files.files.insert("D:\\ADS\\Bin\\armasm.exe");
+    Install(fake.registry, "1.2", "D:\\ADS");
+    struct Row {
+        const char* field;
+        const char* problem;  // a part of the message; "" when accepted
+    } rows[] = {{"D:\\ADS\\Bin", ""}, {"D:\\ADS", "holds no armasm.exe"}, {"", "Choose the folder"}};
+    for (const Row& row : rows) {
+        toolchain.set_directory("C:\\Old");
+        ToolPathDialogPage page(&toolchain);
+        const auto& controls = page.Description().controls;
+        ASSERT_EQ(2u, controls.size());
+        EXPECT_EQ("BIN:", controls[0].label);
+        EXPECT_EQ("ADS-ARM tools", controls[0].group);
+        EXPECT_NE("", page.Set(ToolPathDialogPage::kBrowse, "x")) << "a button is pressed";
+        EXPECT_EQ("", page.Set(ToolPathDialogPage::kDirectory, row.field));
+        EXPECT_EQ(page.Changed(), std::string(row.field) != "C:\\Old");
+        const std::string problem = page.Validate();
+        EXPECT_EQ(std::string(row.problem).empty(), problem.empty()) << row.field << ": " << problem;
+        EXPECT_NE(std::string::npos, problem.find(row.problem)) << row.field;
+    }
+    ToolPathDialogPage page(&toolchain);
+    page.Default();
+    EXPECT_EQ("D:\\ADS\\Bin", page.Get(ToolPathDialogPage::kDirectory)) << "the installation's Bin folder";
+    EXPECT_TRUE(page.Accept());
+    EXPECT_FALSE(page.Changed());
+    EXPECT_EQ("D:\\ADS\\Bin", toolchain.directory());
 }
 
 }  // namespace
