@@ -10,6 +10,10 @@
 #include "options/fromelf_options.h"
 #include "options/option_error.h"
 #include "options/option_page_views.h"
+#include "options/access_paths_page.h"
+#include "options/file_mapping_page.h"
+#include "options/property_page.h"
+#include "options/target_pages.h"
 
 namespace ads::options {
 
@@ -65,6 +69,17 @@ std::string JoinChoices(const std::vector<std::string>& names) {
 }
 
 }  // namespace
+
+std::unique_ptr<StoredPage> MakeItemPage(const std::string& item) {
+    if (item == kTargetSettingsItem) return MakeTargetSettingsPage();
+    if (item == kSelectCpuItem) return MakeSelectCpuPage();
+    if (item == kArmTargetItem) return MakeArmTargetPage();
+    if (item == kArmDebugItem) return MakeArmDebugPage();
+    if (item == kAccessPathsItem) return MakeAccessPathsPage();
+    if (item == kFileMappingsItem) return MakeFileMappingsPage();
+    if (item == kPropertyItem) return MakePropertyPage();
+    return nullptr;
+}
 
 struct SettingsDialogModel::Entry {
     std::string item;
@@ -286,10 +301,12 @@ std::string SettingsDialogModel::FamilyText(const Entry& entry, std::string* err
 
 std::string SettingsDialogModel::Validate(const Entry& entry) const {
     bool changed = false;
+    // A page the user did not touch keeps what it had, whatever that is.
     for (const auto& p : entry.pages) {
+        if (!p->Changed()) continue;
         const std::string message = p->Validate();
         if (!message.empty()) return message;
-        changed = changed || p->Changed();
+        changed = true;
     }
     if (entry.kind == EntryKind::kFamily && scope_ == kScopeTarget && changed) {
         std::string error;
@@ -355,7 +372,14 @@ std::string SettingsDialogModel::Apply() {
         const std::string message = Validate(*e);
         if (!message.empty()) return message;
     }
-    for (auto& e : entries_) Save(*e);
+    // "Property" may take a node's own states away: it saves after the
+    // language pages, which write every state of the node.
+    for (auto& e : entries_) {
+        if (e->kind != EntryKind::kStored) Save(*e);
+    }
+    for (auto& e : entries_) {
+        if (e->kind == EntryKind::kStored) Save(*e);
+    }
     return {};
 }
 

@@ -36,6 +36,10 @@ namespace ads::options {
 
 using PageFactory = std::function<std::unique_ptr<StoredPage>(const std::string& item)>;
 
+// The pages of "Select CPU", "Target Settings", "Access Paths", "File
+// Mappings", "ARM Target", "ARM Debug" and "Property"; null for any other item.
+std::unique_ptr<StoredPage> MakeItemPage(const std::string& item);
+
 class SettingsDialogModel {
 public:
     // Loads every page from the project; `via` converts via-file names for

@@ -298,7 +298,7 @@ DialogOutcome Application::RunSettingsDialog(ConfigNode* node) {
     context.host = host_.get();
     const config::PathMacros macros = config::MakePathMacros(project_dir_, toolchain_.FindArmHome(), *platform_.files);
     options::PathConverter via = [macros](const std::string& name) { return config::ConvertViaFilePath(name, macros); };
-    plugin::SettingsDialog dialog(settings_kind_, std::move(context), options::PageFactory(), std::move(via));
+    plugin::SettingsDialog dialog(settings_kind_, std::move(context), &options::MakeItemPage, std::move(via));
     const int result = dialog.RunHeadless(*ui_);
     return DialogOutcome{result, dialog.Model().Saved()};
 }

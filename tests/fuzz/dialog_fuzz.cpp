@@ -112,7 +112,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const int scope = scopes[in.ConsumeIntegralInRange(0, 4)];
     ConfigNode* node = scope == 8 ? root.get() : scope == 7 ? folder : file;
     DialogContext context{root.get(), configuration, node, "Debug", {"ARM7TDMI"}, &host};
-    SettingsDialogModel dialog(scope, context, PageFactory());
+    SettingsDialogModel dialog(scope, context, &MakeItemPage);
 
     std::vector<std::string> items;
     for (const TreeItem& t : dialog.Tree()) items.push_back(t.label);

@@ -46,4 +46,7 @@ ads_add_fuzz_target(dialog_fuzz
           ${ADS_SRC}/options/linker_options.cpp ${ADS_SRC}/options/fromelf_options.cpp
           ${ADS_SRC}/options/dialog_page.cpp ${ADS_SRC}/options/option_page_views.cpp
           ${ADS_SRC}/options/settings_tree.cpp ${ADS_SRC}/options/settings_dialog_model.cpp
+          ${ADS_SRC}/options/text_page.cpp ${ADS_SRC}/options/path_check.cpp ${ADS_SRC}/options/target_pages.cpp
+          ${ADS_SRC}/options/access_paths_page.cpp ${ADS_SRC}/options/file_mapping_page.cpp
+          ${ADS_SRC}/options/property_page.cpp
   LIBS ads_config)

@@ -48,7 +48,7 @@ struct Project {
 
     std::unique_ptr<SettingsDialogModel> Open(int scope, ConfigNode* node) {
         DialogContext c{root.get(), configuration, node, "Debug", {}, &host};
-        return std::make_unique<SettingsDialogModel>(scope, c, PageFactory());
+        return std::make_unique<SettingsDialogModel>(scope, c, &MakeItemPage);
     }
 };
 
