@@ -406,7 +406,7 @@ TEST_F(PluginTest, NullArgumentsReturnAtOnce) {
     EXPECT_EQ(0, t->ImportProject(nullptr, 1));
     EXPECT_EQ(0, t->ImportProject("x.xml", 0));
     EXPECT_EQ(0, t->CompileFile(nullptr));
-    EXPECT_EQ(nullptr, t->GetDebugOptions(nullptr));
+    EXPECT_EQ(1, t->GetDebugOptions(nullptr));  // a null request is done at once
     EXPECT_EQ(0, t->LookupKeyed(nullptr, 0, 0, 0));
     EXPECT_EQ(0u, t->GetSearchPath(nullptr, 0, 0));
     t->ParseOutput(nullptr, 5);
