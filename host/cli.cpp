@@ -30,6 +30,10 @@ const Command kCommands[] = {
     {"options", "PROJECT", "print the option string each tool gets (armasm, armcc, armcpp, tcc, tcpp); "
                            "exit status 1 when one cannot be made", 1, 1,
      {kTarget, {"--file", "PATH", "a path", "the options of this file of the project"}}, CommandOptions},
+    {"debug-options", "PROJECT",
+     "print what the debugger receives for a target: mode, options 3 to 6, driver, driver library, application "
+     "file, init script, debugger text, update flag, each storage entry (type, start, size, download, file) and "
+     "the simulator clock; exit status 1 when the target has none", 1, 1, {kTarget}, CommandDebugOptions},
     {"settings", "PROJECT",
      "click through the plug-in's settings dialog: the steps run in the order given, then OK (or Cancel); "
      "anything refused ends it with exit status 2 and the project file untouched, which is written only when OK "

@@ -14,6 +14,7 @@ int CommandAddFile(const Arguments& args, platform::Platform& platform);
 int CommandShow(const Arguments& args, platform::Platform& platform);
 int CommandSet(const Arguments& args, platform::Platform& platform);
 int CommandOptions(const Arguments& args, platform::Platform& platform);
+int CommandDebugOptions(const Arguments& args, platform::Platform& platform);
 int CommandSettings(const Arguments& args, platform::Platform& platform);
 int CommandBuild(const Arguments& args, platform::Platform& platform);
 int CommandCompile(const Arguments& args, platform::Platform& platform);
