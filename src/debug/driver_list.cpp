@@ -6,8 +6,6 @@
 
 namespace ads::debug {
 
-const char kDebuggerKey[] = "Software\\Orvane\\Orvane3\\Debuggers\\ArmDebugger";
-const char kDriverListKey[] = "Software\\Orvane\\Orvane3\\Debuggers\\ArmDebugger\\TargetDlls\\";
 const char kRegistryKeyMissing[] = "Not found key in the Registry Table!";
 const char kDriverTypeUnknown[] = "Target Driver Type Unknown!!!";
 const char kInvalidDrive[] = "Invalid drive";
@@ -17,21 +15,16 @@ namespace {
 const char kCaption[] = "ADS";
 using platform::RegistryRoot;
 
-// Indexed by kind: the export that proves it and the key below the list.
-const char* const kKindExports[] = {"WinRDI_GetRDIProcVec", "GetJDI", "AG_Init"};
-const char* const kKindSubKeys[] = {"RDIs", "JDIs", "AGDIs"};
-const char* const kKindTexts[] = {"RDI", "JDI", "AGDI", "Unknown"};
-
-// The order in which the exports are asked for, and the list is shown.
-const DriverKind kProbeOrder[] = {DriverKind::kAgdi, DriverKind::kRdi, DriverKind::kJdi};
-const DriverKind kListOrder[] = {DriverKind::kRdi, DriverKind::kAgdi, DriverKind::kJdi};
+const char kUnknownKindText[] = "Unknown";
 
 }  // namespace
 
-const char* KindText(DriverKind kind) { return kKindTexts[static_cast<int>(kind)]; }
+const char* KindText(DriverKind kind) {
+    return kind == DriverKind::kUnknown ? kUnknownKindText : kDriverKindTexts[static_cast<int>(kind)];
+}
 
 std::string KindKey(DriverKind kind) {
-    return std::string(kDriverListKey) + "\\" + kKindSubKeys[static_cast<int>(kind)];
+    return std::string(kDriverListKey) + "\\" + kDriverKindSubKeys[static_cast<int>(kind)];
 }
 
 DriverKind ProbeDriver(platform::Libraries& libraries, const std::string& path) {
@@ -39,9 +32,9 @@ DriverKind ProbeDriver(platform::Libraries& libraries, const std::string& path) 
     platform::LibraryHandle library = libraries.Load(path);
     if (library == nullptr) return DriverKind::kUnknown;
     DriverKind kind = DriverKind::kUnknown;
-    for (DriverKind candidate : kProbeOrder) {
-        if (libraries.Symbol(library, kKindExports[static_cast<int>(candidate)]) != nullptr) {
-            kind = candidate;
+    for (int candidate : kDriverProbeOrder) {
+        if (libraries.Symbol(library, kDriverKindExports[candidate]) != nullptr) {
+            kind = static_cast<DriverKind>(candidate);
             break;
         }
     }
@@ -79,7 +72,8 @@ bool DriverList::OpenListKeys() {
 std::vector<DriverEntry> DriverList::Enumerate() {
     std::vector<DriverEntry> entries;
     if (!OpenListKeys()) return entries;
-    for (DriverKind kind : kListOrder) {
+    for (int index : kDriverListOrder) {
+        const auto kind = static_cast<DriverKind>(index);
         std::unique_ptr<platform::RegistryKey> key = registry_.CreateKey(RegistryRoot::kCurrentUser, KindKey(kind));
         std::vector<platform::RegistryValue> values;
         if (key == nullptr || !key->ListValues(&values)) continue;

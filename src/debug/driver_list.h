@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "ads/debugger_drivers.h"
 #include "platform/platform.h"
 #include "platform/registry.h"
 
@@ -13,8 +14,6 @@ namespace ads::debug {
 
 enum class DriverKind { kRdi = 0, kJdi = 1, kAgdi = 2, kUnknown = 3 };
 
-extern const char kDebuggerKey[];    // "Software\Orvane\Orvane3\Debuggers\ArmDebugger"
-extern const char kDriverListKey[];  // ...\TargetDlls\ (trailing backslash)
 extern const char kRegistryKeyMissing[];   // "Not found key in the Registry Table!"
 extern const char kDriverTypeUnknown[];    // "Target Driver Type Unknown!!!"
 extern const char kInvalidDrive[];         // "Invalid drive"
