@@ -2,7 +2,9 @@
 
 #include <cstring>
 
+#include "debug/arm_debug_page.h"
 #include "debug/debug_options.h"
+#include "options/target_pages.h"
 #include "import/project_import.h"
 #include "config/path_macros.h"
 #include "platform/registry.h"
@@ -298,7 +300,10 @@ DialogOutcome Application::RunSettingsDialog(ConfigNode* node) {
     context.host = host_.get();
     const config::PathMacros macros = config::MakePathMacros(project_dir_, toolchain_.FindArmHome(), *platform_.files);
     options::PathConverter via = [macros](const std::string& name) { return config::ConvertViaFilePath(name, macros); };
-    plugin::SettingsDialog dialog(settings_kind_, std::move(context), &options::MakeItemPage, std::move(via));
+    options::PageFactory pages = [this](const std::string& item) {
+        return item == options::kArmDebugItem ? debug::MakeArmDebugPage(platform_) : options::MakeItemPage(item);
+    };
+    plugin::SettingsDialog dialog(settings_kind_, std::move(context), pages, std::move(via));
     const int result = dialog.RunHeadless(*ui_);
     return DialogOutcome{result, dialog.Model().Saved()};
 }
