@@ -48,21 +48,6 @@ TEST_F(DebugTest, DriversAreNumberedByKindAndAFreedNumberIsTakenAgain) {
     EXPECT_NE(std::string::npos, Read("registry.reg").find("ArmDebugger\\TargetDlls\\\\AGDIs]"));
 }
 
-TEST_F(DebugTest, DebugOptionsKeepOnlyARegisteredDriverLibrary) {
-    ASSERT_EQ(0, Orvhost({"new", "demo.orv"}).status);
-    ASSERT_EQ(0, Orvhost({"add-target", "demo.orv", "Debug"}).status);
-    const std::string packed = "0,AGDI 0,1,1,0,0,(" + Driver("agdi") + ")";
-    ASSERT_EQ(0, Orvhost({"set", "demo.orv", "--target", "Debug", "ADS_OPTDBG", packed}).status);
-    Outcome o = Orvhost({"debug-options", "demo.orv"});
-    EXPECT_EQ(0, o.status) << o.output;
-    EXPECT_NE(std::string::npos, o.output.find("\ndriver-library=\"\"\n")) << o.output;
-    ASSERT_EQ(0, Orvhost({"drivers", "add", Driver("agdi")}).status);
-    o = Orvhost({"debug-options", "demo.orv"});
-    EXPECT_NE(std::string::npos, o.output.find("mode=0\noption3=1\noption4=1\noption5=0\noption6=0\ndriver=AGDI 0\n"
-                                               "driver-library=" + Driver("agdi") + "\n"))
-        << o.output;
-}
-
 // What the "ARM Debug" page sets up is what the debugger receives; what it
 // refuses leaves the project as it was.
 TEST_F(DebugTest, TheArmDebugPageSetsUpWhatDebugOptionsGiveBack) {

@@ -84,43 +84,23 @@ TEST_F(DebugOptionsTest, ModeChoosesTheInitScriptAndUpdateFlagNeedsExactlyOne) {
 
 TEST_F(DebugOptionsTest, StorageNodesAreReadByIndexSkippingGapsButNeverPast31) {
     target.SetAttribute("ADS_OPTDBG", "1,RDI 0,1,0,1,0,()");
-    const auto add = [&](const char* name, const char* download) {
-        auto* node = new ConfigNode(name);
-        node->SetAttribute("Type", "1");
-        node->SetAttribute("StartAddress", "20000000");
-        node->SetAttribute("Size", "8000");
-        node->SetAttribute("LoadFile", "c:\\a.bin");
-        node->SetAttribute("ShouldDownLoad", download);
+    // name, size, download; a size that does not read is 0.
+    const char* const nodes[][3] = {{"StorageNode0", "zz", "Yes"}, {"StorageNode5", "8000", "yEs"},
+                                    {"StorageNode31", "10", "No"}, {"StorageNode32", "10", "Yes"}};
+    for (const auto& n : nodes) {
+        auto* node = new ConfigNode(n[0]);
+        node->SetAttribute("Size", n[1]);
+        node->SetAttribute("ShouldDownLoad", n[2]);
         target.AppendChild(node);
-    };
-    add("StorageNode5", "yEs");
-    add("StorageNode31", "No");
-    add("StorageNode32", "Yes");
-    auto* partial = new ConfigNode("StorageNode0");  // numbers missing or unreadable read 0
-    partial->SetAttribute("Size", "zz");
-    target.AppendChild(partial);
+    }
     DebugOptions got;
     ASSERT_TRUE(ReadDebugOptions(target, drivers, &got));
-    std::vector<size_t> present;
+    std::vector<std::string> present;
     for (size_t i = 0; i < got.has_storage.size(); ++i) {
-        if (got.has_storage[i]) present.push_back(i);
+        if (got.has_storage[i]) present.push_back(std::to_string(i) + ":" + std::to_string(got.storage[i].size) + ":" +
+                                                  std::to_string(got.storage[i].download));
     }
-    EXPECT_EQ((std::vector<size_t>{0, 5, 31}), present);
-    EXPECT_EQ(0u, got.storage[0].size);
-    EXPECT_EQ(1u, got.storage[5].type);
-    EXPECT_EQ(0x20000000u, got.storage[5].start);
-    EXPECT_EQ(0x8000u, got.storage[5].size);
-    EXPECT_EQ(1, got.storage[5].download);
-    EXPECT_EQ(0, got.storage[31].download);
-}
-
-TEST(WithDriverLibraryTest, ReplacesField7AndPadsShortOptions) {
-    const std::pair<const char*, const char*> rows[] = {
-        {"1,RDI 0,1,0,1,0,(\"\")", "1,RDI 0,1,0,1,0,(C:\\d.dll)"},
-        {"1,RDI 0,1,0,1,0,(a,b)", "1,RDI 0,1,0,1,0,(C:\\d.dll)"},
-        {"0,RDI 0", "0,RDI 0,,,,,(C:\\d.dll)"},
-    };
-    for (const auto& row : rows) EXPECT_EQ(row.second, WithDriverLibrary(row.first, "C:\\d.dll")) << row.first;
+    EXPECT_EQ((std::vector<std::string>{"0:0:1", "5:32768:1", "31:16:0"}), present);
 }
 
 }  // namespace

@@ -40,25 +40,6 @@ TEST(StorageListTest, CellsReadLenientlyAndNumbersAsHexadecimal) {
     }
 }
 
-TEST(StorageListTest, WrittenRowsReadBackAndDeletedRowsGo) {
-    ConfigNode target("Configuration");
-    std::vector<StorageRow> rows(3);
-    rows[1].type = 1;
-    rows[1].start = 0x400;
-    rows[1].download = 0;
-    WriteStorageRows(&target, rows);
-    EXPECT_STREQ("400", target.FindChild("StorageNode1")->GetAttribute("StartAddress"));
-    rows.erase(rows.begin());
-    WriteStorageRows(&target, rows);
-    EXPECT_EQ(nullptr, target.FindChild("StorageNode2"));
-    std::vector<StorageRow> back = ReadStorageRows(target);
-    ASSERT_EQ(2u, back.size());
-    EXPECT_EQ(1u, back[0].type);
-    EXPECT_EQ(0x400u, back[0].start);
-    EXPECT_EQ(0, back[0].download);
-    EXPECT_EQ(1, back[1].download);
-}
-
 TEST(StorageListTest, ClockTakesWholeAndFractionalNumbers) {
     const std::pair<const char*, bool> rows[] = {{"12", true}, {"0.12", true}, {"12.000", true}, {"MHz", false}};
     for (const auto& row : rows) {

