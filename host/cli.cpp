@@ -30,6 +30,10 @@ const Command kCommands[] = {
     {"options", "PROJECT", "print the option string each tool gets (armasm, armcc, armcpp, tcc, tcpp); "
                            "exit status 1 when one cannot be made", 1, 1,
      {kTarget, {"--file", "PATH", "a path", "the options of this file of the project"}}, CommandOptions},
+    {"debug-options", "PROJECT",
+     "print what the debugger receives for a target: mode, options 3 to 6, driver, driver library, application "
+     "file, init script, debugger text, update flag, each storage entry (type, start, size, download, file) and "
+     "the simulator clock; exit status 1 when the target has none", 1, 1, {kTarget}, CommandDebugOptions},
     {"settings", "PROJECT",
      "click through the plug-in's settings dialog: the steps run in the order given, then OK (or Cancel); "
      "anything refused ends it with exit status 2 and the project file untouched, which is written only when OK "
@@ -63,6 +67,13 @@ const Command kCommands[] = {
     {"import", "EXPORT PROJECT",
      "make a new project from a CodeWarrior XML export (targets, tool options, files), saying what could not "
      "be taken over", 2, 2, {}, CommandImport},
+    {"drivers list", "", "print the user's debugger target drivers: KIND NUMBER, a tab, the library", 0, 0, {},
+     CommandDriversList},
+    {"drivers add", "PATH", "register a driver library under the smallest free number of its kind (told by its "
+                            "exports: AG_Init, WinRDI_GetRDIProcVec, GetJDI); exit status 1 when it is none", 1, 1, {},
+     CommandDriversAdd},
+    {"drivers remove", "KIND NUMBER", "remove a driver (KIND: RDI, JDI or AGDI)", 2, 2,
+     {{"--path", "PATH", "a path", "remove it only while it names this library"}}, CommandDriversRemove},
     {"config set-tools-dir", "DIR", "look for the ADS tools in DIR first", 1, 1, {}, CommandConfigSetToolsDir},
     {"config set-ads-home", "DIR",
      "record DIR as the ADS installation (DIR\\Bin holds the tools), as the ADS installer does", 1, 1,

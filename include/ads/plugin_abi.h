@@ -179,6 +179,57 @@ enum AdsToolchainText {
     kAdsRecordCount = 15
 };
 
+// The debugger's options of the current target (slot 10).
+//
+// The host owns the request block and hands it to GetDebugOptions, which
+// fills it from the current target's configuration and answers 1, or 0 when
+// there is no current target or it holds no packed debug options. A null
+// request answers 1 with nothing done. Every text is zero-terminated and cut
+// to fit its field.
+//
+// The debug block the request points to is the plug-in's: it stays valid,
+// and holds the texts of the last request, until the next call of slot 10.
+// Through its three callbacks the host's debugger writes what the user
+// changed during a session back into the target (each commits through host
+// slot 13 at once); a null text changes nothing.
+enum : int {
+    kAdsDebugPathSize = 260,
+    kAdsDebugDriverLibrarySize = 2048,
+    kAdsDebugDriverSize = 255,
+    kAdsDebugTextSize = 4097,
+    kAdsDebugStorageCount = 32
+};
+
+// One area of the simulator's memory map, filled from a file when download is 1.
+struct AdsStorageEntry {
+    uint32_t type;      // 0 ROM, 1 RAM
+    uint32_t start;
+    uint32_t size;
+    char load_file[kAdsDebugPathSize];
+    int32_t download;
+};
+
+struct AdsDebugBlock {
+    void (ADS_CALL *SetDriverLibrary)(const char* path);
+    void (ADS_CALL *SetAppFile)(const char* path);
+    void (ADS_CALL *SetDebuggerText)(const char* text);
+    char init_script[kAdsDebugPathSize];       // of the mode: emulation (0) or simulation
+    char driver[kAdsDebugDriverSize];          // the chosen driver, such as "RDI 0"
+    char debugger_text[kAdsDebugTextSize];     // what the debugger keeps for itself
+    int32_t update_before_debug;
+    AdsStorageEntry storage[kAdsDebugStorageCount];
+};
+
+struct AdsDebugRequest {
+    int32_t mode;                              // 0 hardware emulation, else simulation
+    int32_t reserved;                          // left 0
+    int32_t options[4];                        // options 3 to 6
+    char driver_library[kAdsDebugDriverLibrarySize];  // two double quotes when none is registered
+    char app_file[kAdsDebugPathSize];
+    AdsDebugBlock* block;
+    double* clock;                             // where the simulator's clock goes (MHz); may be null
+};
+
 typedef void (ADS_CALL *AdsServiceEntry)(AdsHostServices* services);
 
 typedef ads::ConfigNode AdsNode;
@@ -233,7 +284,7 @@ struct PluginInterface {
     AdsWord (ADS_CALL *HostCall34Forward)(AdsWord, AdsWord, AdsWord, AdsWord);     // 7
     void (ADS_CALL *Clean)(void);                                                  // 8
     void (ADS_CALL *OnEvent)(int32_t code, const char* text);                      // 9
-    void* (ADS_CALL *GetDebugOptions)(AdsNode* node);                              // 10
+    int (ADS_CALL *GetDebugOptions)(AdsDebugRequest* request);                     // 10
     void (ADS_CALL *Reserved11)(void);                                             // 11
     void* idle12;                                                                  // 12
     AdsWord (ADS_CALL *CommitNode)(AdsNode* node, AdsNode* edited);                // 13 host

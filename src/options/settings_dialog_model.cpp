@@ -74,7 +74,6 @@ std::unique_ptr<StoredPage> MakeItemPage(const std::string& item) {
     if (item == kTargetSettingsItem) return MakeTargetSettingsPage();
     if (item == kSelectCpuItem) return MakeSelectCpuPage();
     if (item == kArmTargetItem) return MakeArmTargetPage();
-    if (item == kArmDebugItem) return MakeArmDebugPage();
     if (item == kAccessPathsItem) return MakeAccessPathsPage();
     if (item == kFileMappingsItem) return MakeFileMappingsPage();
     if (item == kPropertyItem) return MakePropertyPage();

@@ -37,7 +37,8 @@ namespace ads::options {
 using PageFactory = std::function<std::unique_ptr<StoredPage>(const std::string& item)>;
 
 // The pages of "Select CPU", "Target Settings", "Access Paths", "File
-// Mappings", "ARM Target", "ARM Debug" and "Property"; null for any other item.
+// Mappings", "ARM Target" and "Property"; null for any other item (the
+// plug-in's factory adds "ARM Debug" from the debug subsystem).
 std::unique_ptr<StoredPage> MakeItemPage(const std::string& item);
 
 class SettingsDialogModel {

@@ -179,16 +179,6 @@ private:
     bool library_ = false;
 };
 
-// --- ARM Debug -------------------------------------------------------------
-
-class EmptyPage : public TextPage {
-public:
-    explicit EmptyPage(const char* title) : TextPage({title, -1, 0, {}}) {}
-    void Load(const DialogContext&) override {}
-    void Save(const DialogContext&) override {}
-    void Default() override {}
-};
-
 }  // namespace
 
 BatchFile ReadBatchFile(const std::string& value) {
@@ -207,6 +197,5 @@ std::string WriteBatchFile(const BatchFile& batch) {
 std::unique_ptr<StoredPage> MakeTargetSettingsPage() { return std::make_unique<TargetSettingsPage>(); }
 std::unique_ptr<StoredPage> MakeSelectCpuPage() { return std::make_unique<SelectCpuPage>(); }
 std::unique_ptr<StoredPage> MakeArmTargetPage() { return std::make_unique<ArmTargetPage>(); }
-std::unique_ptr<StoredPage> MakeArmDebugPage() { return std::make_unique<EmptyPage>(kArmDebugItem); }
 
 }  // namespace ads::options

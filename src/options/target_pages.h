@@ -30,7 +30,7 @@
 //   - "Application file:" the image the debugger loads. Each successful
 //     build writes the image it made here; until the next one a user may
 //     point the debugger at another file.
-// "ARM Debug" has no controls yet and writes nothing.
+// "ARM Debug" is the debug subsystem's page (debug/arm_debug_page.h).
 #pragma once
 
 #include <memory>
@@ -42,7 +42,6 @@ namespace ads::options {
 std::unique_ptr<StoredPage> MakeTargetSettingsPage();
 std::unique_ptr<StoredPage> MakeSelectCpuPage();
 std::unique_ptr<StoredPage> MakeArmTargetPage();
-std::unique_ptr<StoredPage> MakeArmDebugPage();
 
 // The tree items' texts, which are also the pages' titles.
 inline constexpr char kTargetSettingsItem[] = "Target Settings";

@@ -2,7 +2,9 @@
 
 #include <cstring>
 
+#include "debug/arm_debug_page.h"
 #include "debug/debug_options.h"
+#include "options/target_pages.h"
 #include "import/project_import.h"
 #include "config/path_macros.h"
 #include "platform/registry.h"
@@ -298,7 +300,10 @@ DialogOutcome Application::RunSettingsDialog(ConfigNode* node) {
     context.host = host_.get();
     const config::PathMacros macros = config::MakePathMacros(project_dir_, toolchain_.FindArmHome(), *platform_.files);
     options::PathConverter via = [macros](const std::string& name) { return config::ConvertViaFilePath(name, macros); };
-    plugin::SettingsDialog dialog(settings_kind_, std::move(context), &options::MakeItemPage, std::move(via));
+    options::PageFactory pages = [this](const std::string& item) {
+        return item == options::kArmDebugItem ? debug::MakeArmDebugPage(platform_) : options::MakeItemPage(item);
+    };
+    plugin::SettingsDialog dialog(settings_kind_, std::move(context), pages, std::move(via));
     const int result = dialog.RunHeadless(*ui_);
     return DialogOutcome{result, dialog.Model().Saved()};
 }
@@ -364,9 +369,73 @@ void Application::OnEvent(int32_t code, const char* text) {
     WalkTree(project_root_, [&](ConfigNode* n) { return engine_.UpdateNode(c, n); });
 }
 
-void* Application::GetDebugOptions(ConfigNode* node) {
-    if (node == nullptr) return nullptr;
-    return debug::GetDebugOptions(node);
+namespace {
+// Copies a text into a fixed field, cut to leave room for its terminator.
+template <size_t N>
+void CopyField(char (&field)[N], const std::string& text) {
+    const size_t n = text.size() < N - 1 ? text.size() : N - 1;
+    std::memcpy(field, text.data(), n);
+    field[n] = '\0';
+}
+}  // namespace
+
+int Application::GetDebugOptions(AdsDebugRequest* request) {
+    if (request == nullptr) return 1;
+    if (debug_block_ == nullptr) debug_block_ = std::make_unique<AdsDebugBlock>();
+    AdsDebugBlock* block = debug_block_.get();
+    std::memset(block, 0, sizeof *block);
+    WriteDebugCallbacks(block);
+    FindCurrentConfiguration();
+    if (current_configuration_ == nullptr) return 0;
+
+    debug::DriverList drivers(*platform_.registry, *platform_.ui);
+    debug::DebugOptions options;
+    const bool found = debug::ReadDebugOptions(*current_configuration_, drivers, &options);
+    if (request->clock != nullptr) *request->clock = options.clock;
+    if (!found) return 0;
+
+    request->mode = options.mode;
+    for (size_t i = 0; i < options.options.size(); ++i) request->options[i] = options.options[i];
+    CopyField(block->driver, options.driver);
+    CopyField(request->driver_library, options.driver_library);
+    CopyField(request->app_file, options.app_file);
+    CopyField(block->init_script, options.init_script);
+    CopyField(block->debugger_text, options.debugger_text);
+    block->update_before_debug = options.update_before_debug;
+    request->block = block;
+    for (size_t i = 0; i < options.storage.size(); ++i) {
+        if (!options.has_storage[i]) continue;
+        const debug::StorageRow& row = options.storage[i];
+        AdsStorageEntry& entry = block->storage[i];
+        entry.type = row.type;
+        entry.start = row.start;
+        entry.size = row.size;
+        CopyField(entry.load_file, row.load_file);
+        entry.download = row.download;
+    }
+    return 1;
+}
+
+void Application::SetDebugDriverLibrary(const char* path) {
+    if (path == nullptr) return;
+    FindCurrentConfiguration();
+    config::EditNode(*host_, current_configuration_, [&](ConfigNode* c) {
+        const char* packed = c->GetAttribute(config::kDebugOptionsKey);
+        c->SetAttribute(config::kDebugOptionsKey, debug::WithDriverLibrary(packed ? packed : "", path));
+    });
+}
+
+void Application::SetDebugAppFile(const char* path) {
+    if (path == nullptr) return;
+    FindCurrentConfiguration();
+    config::EditNode(*host_, current_configuration_, [&](ConfigNode* c) { c->SetAttribute(config::kAppFileKey, path); });
+}
+
+void Application::SetDebuggerText(const char* text) {
+    if (text == nullptr || project_root_ == nullptr) return;
+    FindCurrentConfiguration();
+    config::EditNode(*host_, current_configuration_,
+                     [&](ConfigNode* c) { c->SetAttribute(config::kServeDebugOptionsKey, text); });
 }
 
 int Application::LookupKeyed(const char* key, AdsWord buffer, AdsWord size) {

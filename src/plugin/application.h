@@ -59,7 +59,11 @@ public:
     AdsWord ForwardHostCall34(AdsWord a, AdsWord b, AdsWord c, AdsWord d);
     void Clean();
     void OnEvent(int32_t code, const char* text);
-    void* GetDebugOptions(ConfigNode* node);
+    int GetDebugOptions(AdsDebugRequest* request);
+    // The debugger's write-back callbacks (slot 10's debug block).
+    void SetDebugDriverLibrary(const char* path);
+    void SetDebugAppFile(const char* path);
+    void SetDebuggerText(const char* text);
     int LookupKeyed(const char* key, AdsWord buffer, AdsWord size);
     AdsWord GetSearchPath(const char* text, int arg, AdsWord word);
     const char* GetFileBuildText(char* text, AdsWord project, ConfigNode* node, int flag);
@@ -140,6 +144,9 @@ private:
     build::OutputParser parser_;
     SettingsDialog dialog_;
     std::string file_build_text_;
+    // What slot 10 last handed the debugger; the plug-in's, as the host
+    // reads it until the next request.
+    std::unique_ptr<AdsDebugBlock> debug_block_;
 };
 
 }  // namespace ads::plugin

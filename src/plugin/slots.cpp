@@ -77,8 +77,18 @@ void ADS_CALL SlotClean(void) {
 void ADS_CALL SlotOnEvent(int32_t code, const char* text) {
     GuardVoid({9, "OnEvent"}, [&](Application& a) { a.OnEvent(code, text); });
 }
-void* ADS_CALL SlotGetDebugOptions(AdsNode* node) {
-    return Guard({10, "GetDebugOptions"}, static_cast<void*>(nullptr), [&](Application& a) { return a.GetDebugOptions(node); });
+int ADS_CALL SlotGetDebugOptions(AdsDebugRequest* request) {
+    return Guard({10, "GetDebugOptions"}, 0, [&](Application& a) { return a.GetDebugOptions(request); });
+}
+// The callbacks slot 10 hands the debugger: traced under its number.
+void ADS_CALL DebugSetDriverLibrary(const char* path) {
+    GuardVoid({10, "SetDriverLibrary"}, [&](Application& a) { a.SetDebugDriverLibrary(path); });
+}
+void ADS_CALL DebugSetAppFile(const char* path) {
+    GuardVoid({10, "SetAppFile"}, [&](Application& a) { a.SetDebugAppFile(path); });
+}
+void ADS_CALL DebugSetDebuggerText(const char* text) {
+    GuardVoid({10, "SetDebuggerText"}, [&](Application& a) { a.SetDebuggerText(text); });
 }
 void ADS_CALL SlotReserved11(void) {}
 int ADS_CALL SlotLookupKeyed(const char* key, AdsWord buffer, AdsWord size, AdsWord) {
@@ -98,6 +108,12 @@ void ADS_CALL SlotParseOutput(const char* text, int flags) {
 }
 
 }  // namespace
+
+void WriteDebugCallbacks(AdsDebugBlock* block) {
+    block->SetDriverLibrary = DebugSetDriverLibrary;
+    block->SetAppFile = DebugSetAppFile;
+    block->SetDebuggerText = DebugSetDebuggerText;
+}
 
 void WritePluginSlots(PluginInterface* t) {
     t->Attach = SlotAttach;

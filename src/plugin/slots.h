@@ -8,4 +8,7 @@ namespace ads::plugin {
 // they are.
 void WritePluginSlots(PluginInterface* table);
 
+// Installs the debugger's three write-back callbacks in a debug block.
+void WriteDebugCallbacks(AdsDebugBlock* block);
+
 }  // namespace ads::plugin

@@ -50,3 +50,7 @@ ads_add_fuzz_target(dialog_fuzz
           ${ADS_SRC}/options/access_paths_page.cpp ${ADS_SRC}/options/file_mapping_page.cpp
           ${ADS_SRC}/options/property_page.cpp
   LIBS ads_config)
+# The debug options: the packed text, the storage attributes, the chosen driver.
+ads_add_fuzz_target(debug_fuzz
+  SOURCES ${ADS_SRC}/debug/debug_options.cpp ${ADS_SRC}/debug/driver_list.cpp ${ADS_SRC}/debug/storage_list.cpp
+  LIBS ads_config)

@@ -406,7 +406,7 @@ TEST_F(PluginTest, NullArgumentsReturnAtOnce) {
     EXPECT_EQ(0, t->ImportProject(nullptr, 1));
     EXPECT_EQ(0, t->ImportProject("x.xml", 0));
     EXPECT_EQ(0, t->CompileFile(nullptr));
-    EXPECT_EQ(nullptr, t->GetDebugOptions(nullptr));
+    EXPECT_EQ(1, t->GetDebugOptions(nullptr));  // a null request is done at once
     EXPECT_EQ(0, t->LookupKeyed(nullptr, 0, 0, 0));
     EXPECT_EQ(0u, t->GetSearchPath(nullptr, 0, 0));
     t->ParseOutput(nullptr, 5);
@@ -563,6 +563,62 @@ TEST(PluginUnloadDeathTest, AServiceModuleThatCannotBeFreedEndsTheProcessWithThe
     ::testing::FLAGS_gtest_death_test_style = "threadsafe";
     EXPECT_EXIT(UnloadWith(true), ::testing::ExitedWithCode(5), "");
     EXPECT_EXIT(UnloadWith(false), ::testing::ExitedWithCode(6), "");
+}
+
+// Slot 10 as a debugger uses it: the host owns the request, the plug-in
+// fills it from the current target and the callbacks write back through
+// the host's commit.
+TEST_F(PluginTest, DebugOptionsFillTheHostsRequestAndTheCallbacksCommit) {
+    MakeProject();
+    fake.registry.Set(platform::RegistryRoot::kCurrentUser,
+                      "Software\\Orvane\\Orvane3\\Debuggers\\ArmDebugger\\TargetDlls\\\\AGDIs", "1", "C:\\a.dll");
+    ConfigNode* debug = Target("Debug");
+    debug->SetAttribute("ADS_OPTDBG", "0,AGDI 1,1,0,1,1,(C:\\a.dll)");
+    debug->SetAttribute("SIMCLK", "0.12");
+    debug->SetAttribute("AppFile", std::string(300, 'f'));
+    auto* storage = new ConfigNode("StorageNode5");
+    storage->SetAttribute("StartAddress", "20000000");
+    storage->SetAttribute("LoadFile", "c:\\Data.bin");
+    storage->SetAttribute("ShouldDownLoad", "Yes");
+    debug->AppendChild(storage);
+    PluginInterface* t = Start();
+    t->InstallTool(project.get());
+    t->SetCurrentTarget(1, "Debug");
+
+    auto request = std::make_unique<AdsDebugRequest>();
+    std::memset(request.get(), 0x55, sizeof *request);
+    double clock = -1;
+    request->clock = &clock;
+    ASSERT_EQ(1, t->GetDebugOptions(request.get()));
+    EXPECT_EQ(0, request->mode);
+    EXPECT_EQ(0x55555555, request->reserved);  // never written
+    EXPECT_EQ(1, request->options[0]);
+    EXPECT_EQ(1, request->options[3]);
+    EXPECT_STREQ("C:\\a.dll", request->driver_library);
+    EXPECT_EQ(std::string(259, 'f'), request->app_file);  // cut to its field
+    EXPECT_DOUBLE_EQ(0.12, clock);
+    AdsDebugBlock* block = request->block;
+    ASSERT_NE(nullptr, block);
+    EXPECT_EQ(0x20000000u, block->storage[5].start);
+    EXPECT_EQ(1, block->storage[5].download);
+
+    const size_t commits_before = host.commits.size();
+    block->SetDriverLibrary("C:\\b.dll");
+    block->SetAppFile("out.axf");
+    block->SetDebuggerText(nullptr);
+    block->SetDebuggerText("speed=9");
+    ASSERT_EQ(commits_before + 3, host.commits.size());
+    EXPECT_STREQ("0,AGDI 1,1,0,1,1,(C:\\b.dll)", debug->GetAttribute("ADS_OPTDBG"));
+    EXPECT_STREQ("out.axf", debug->GetAttribute("AppFile"));
+    EXPECT_STREQ("speed=9", debug->GetAttribute("ServeDebugOptions"));
+    EXPECT_NE(nullptr, debug->FindChild("StorageNode5"));  // the rest of the target stays
+
+    // Without packed options the request fails, the clock already written.
+    debug->SetAttribute("SIMCLK", "12");
+    Target("Release")->SetAttribute("SIMCLK", "3");
+    t->SetCurrentTarget(1, "Release");
+    EXPECT_EQ(0, t->GetDebugOptions(request.get()));
+    EXPECT_DOUBLE_EQ(3, clock);
 }
 
 }  // namespace
