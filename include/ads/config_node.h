@@ -11,8 +11,13 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace ads {
+
+namespace detail {
+struct SharedText;
+}
 
 class ConfigNode {
 public:
@@ -66,12 +71,17 @@ public:
     uintptr_t UserWord() const { return user_word_; }
     void SetUserWord(uintptr_t word) { user_word_ = word; }
 
-    // Attribute iteration in insertion order.
-    struct Attribute {
-        std::string name;
-        std::string value;
-        Attribute* prev = nullptr;
-        Attribute* next = nullptr;
+    // Attribute iteration in insertion order. A pointer stays valid until
+    // the node gains or loses an attribute; replacing a value keeps it.
+    class Attribute {
+    public:
+        const std::string& Name() const;
+        const std::string& Value() const;
+
+    private:
+        friend class ConfigNode;
+        const detail::SharedText* name_;
+        const detail::SharedText* value_;
     };
     const Attribute* FirstAttribute() const;
     const Attribute* NextAttribute(const Attribute* a) const;
@@ -86,7 +96,6 @@ public:
 
 private:
     Attribute* FindAttribute(const char* name) const;
-    void AppendAttribute(const char* name, const char* value);
 
     std::string name_;
     uintptr_t user_word_ = 0;
@@ -95,7 +104,9 @@ private:
     ConfigNode* last_child_ = nullptr;
     ConfigNode* prev_sibling_ = nullptr;
     ConfigNode* next_sibling_ = nullptr;
-    Attribute sentinel_;  // circular attribute list; empty when it links to itself
+    // Names and values are shared texts (config/shared_text.h): a project
+    // repeats the same few hundred of them on thousands of nodes.
+    std::vector<Attribute> attributes_;
 };
 
 // Visits a node, then its later siblings with all their descendants, then its

@@ -5,6 +5,8 @@
 #include <cstring>
 #include <memory>
 
+#include "config/shared_text.h"
+
 namespace ads {
 
 namespace {
@@ -13,10 +15,7 @@ bool SameName(const std::string& a, const char* b) {
 }
 }  // namespace
 
-ConfigNode::ConfigNode(std::string name) : name_(std::move(name)) {
-    sentinel_.prev = &sentinel_;
-    sentinel_.next = &sentinel_;
-}
+ConfigNode::ConfigNode(std::string name) : name_(std::move(name)) {}
 
 ConfigNode::~ConfigNode() {
     if (parent_ != nullptr) parent_->DetachChild(this);
@@ -24,29 +23,24 @@ ConfigNode::~ConfigNode() {
     ClearAttributes();
 }
 
+const std::string& ConfigNode::Attribute::Name() const { return name_->text; }
+const std::string& ConfigNode::Attribute::Value() const { return value_->text; }
+
 ConfigNode::Attribute* ConfigNode::FindAttribute(const char* name) const {
     if (name == nullptr || *name == '\0') return nullptr;
     // The length once, then lengths before bytes: a node may hold hundreds
     // of attributes (a pair per target on a file's settings).
     const size_t length = std::strlen(name);
-    for (Attribute* a = sentinel_.next; a != &sentinel_; a = a->next) {
-        if (a->name.size() == length && std::memcmp(a->name.data(), name, length) == 0) return a;
+    for (const Attribute& a : attributes_) {
+        const std::string& n = a.name_->text;
+        if (n.size() == length && std::memcmp(n.data(), name, length) == 0) return const_cast<Attribute*>(&a);
     }
     return nullptr;
 }
 
-void ConfigNode::AppendAttribute(const char* name, const char* value) {
-    auto* a = new Attribute{name, value ? value : "", nullptr, nullptr};
-    Attribute* sentinel = &sentinel_;
-    a->prev = sentinel->prev;
-    a->next = sentinel;
-    sentinel->prev->next = a;
-    sentinel->prev = a;
-}
-
 const char* ConfigNode::GetAttribute(const char* name) const {
     const Attribute* a = FindAttribute(name);
-    return a ? a->value.c_str() : nullptr;
+    return a ? a->value_->text.c_str() : nullptr;
 }
 
 const char* ConfigNode::GetAttributeInt(const char* name, int32_t* value) const {
@@ -63,11 +57,17 @@ const char* ConfigNode::GetAttributeDouble(const char* name, double* value) cons
 
 void ConfigNode::SetAttribute(const char* name, const char* value) {
     if (name == nullptr) return;
+    // The new text is taken before the old one goes: value may point into it.
+    const detail::SharedText* text = detail::AcquireText(value ? value : "");
     if (Attribute* a = FindAttribute(name)) {
-        a->value = value ? value : "";
+        detail::ReleaseText(a->value_);
+        a->value_ = text;
         return;
     }
-    AppendAttribute(name, value);
+    Attribute a;
+    a.name_ = detail::AcquireText(name);
+    a.value_ = text;
+    attributes_.push_back(a);
 }
 
 void ConfigNode::SetAttributeInt(const char* name, int32_t value) {
@@ -77,35 +77,35 @@ void ConfigNode::SetAttributeInt(const char* name, int32_t value) {
 }
 
 const ConfigNode::Attribute* ConfigNode::FirstAttribute() const {
-    return sentinel_.next == &sentinel_ ? nullptr : sentinel_.next;
+    return attributes_.empty() ? nullptr : attributes_.data();
 }
 
 const ConfigNode::Attribute* ConfigNode::NextAttribute(const Attribute* a) const {
-    if (a == nullptr || a->next == &sentinel_) return nullptr;
-    return a->next;
+    if (a == nullptr || a + 1 >= attributes_.data() + attributes_.size()) return nullptr;
+    return a + 1;
 }
 
-size_t ConfigNode::AttributeCount() const {
-    size_t n = 0;
-    for (const Attribute* a = sentinel_.next; a != &sentinel_; a = a->next) ++n;
-    return n;
-}
+size_t ConfigNode::AttributeCount() const { return attributes_.size(); }
 
 void ConfigNode::ClearAttributes() {
-    Attribute* a = sentinel_.next;
-    while (a != &sentinel_) {
-        Attribute* next = a->next;
-        delete a;
-        a = next;
+    for (const Attribute& a : attributes_) {
+        detail::ReleaseText(a.name_);
+        detail::ReleaseText(a.value_);
     }
-    sentinel_.prev = sentinel_.next = &sentinel_;
+    // The block goes too: a cleared node is most often refilled by a copy,
+    // which takes exactly what it needs.
+    std::vector<Attribute>().swap(attributes_);
 }
 
 void ConfigNode::CopyAttributesFrom(const ConfigNode& other) {
     if (&other == this) return;
     ClearAttributes();
-    for (const Attribute* a = other.FirstAttribute(); a != nullptr; a = other.NextAttribute(a)) {
-        AppendAttribute(a->name.c_str(), a->value.c_str());
+    attributes_.reserve(other.attributes_.size());
+    for (const Attribute& a : other.attributes_) {
+        Attribute copy;
+        copy.name_ = detail::ShareText(a.name_);
+        copy.value_ = detail::ShareText(a.value_);
+        attributes_.push_back(copy);
     }
 }
 

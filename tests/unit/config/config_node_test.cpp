@@ -11,7 +11,7 @@ namespace {
 
 std::vector<std::string> AttributeNames(const ConfigNode& n) {
     std::vector<std::string> names;
-    for (auto* a = n.FirstAttribute(); a; a = n.NextAttribute(a)) names.push_back(a->name);
+    for (auto* a = n.FirstAttribute(); a; a = n.NextAttribute(a)) names.push_back(a->Name());
     return names;
 }
 
