@@ -16,8 +16,10 @@
 namespace ads {
 
 namespace detail {
-struct SharedText;
-}
+struct SharedAttribute;
+struct SharedList;
+class TextStore;
+}  // namespace detail
 
 class ConfigNode {
 public:
@@ -80,8 +82,8 @@ public:
 
     private:
         friend class ConfigNode;
-        const detail::SharedText* name_;
-        const detail::SharedText* value_;
+        friend class detail::TextStore;
+        const detail::SharedAttribute* pair_;
     };
     const Attribute* FirstAttribute() const;
     const Attribute* NextAttribute(const Attribute* a) const;
@@ -96,6 +98,9 @@ public:
 
 private:
     Attribute* FindAttribute(const char* name) const;
+    const std::vector<Attribute>& Attributes() const;
+    // Before a change: a shared list becomes the node's own.
+    void OwnAttributes();
 
     std::string name_;
     uintptr_t user_word_ = 0;
@@ -104,9 +109,12 @@ private:
     ConfigNode* last_child_ = nullptr;
     ConfigNode* prev_sibling_ = nullptr;
     ConfigNode* next_sibling_ = nullptr;
-    // Names and values are shared texts (config/shared_text.h): a project
-    // repeats the same few hundred of them on thousands of nodes.
+    // Each attribute is a shared name/value pair (config/shared_attributes.h):
+    // a project repeats the same few hundred pairs on thousands of nodes.
+    // Copies of nodes share their lists (frozen_, then attributes_ is
+    // empty) until one of them changes.
     std::vector<Attribute> attributes_;
+    const detail::SharedList* frozen_ = nullptr;
 };
 
 // Visits a node, then its later siblings with all their descendants, then its

@@ -5,7 +5,7 @@
 #include <cstring>
 #include <memory>
 
-#include "config/shared_text.h"
+#include "config/shared_attributes.h"
 
 namespace ads {
 
@@ -23,16 +23,32 @@ ConfigNode::~ConfigNode() {
     ClearAttributes();
 }
 
-const std::string& ConfigNode::Attribute::Name() const { return name_->text; }
-const std::string& ConfigNode::Attribute::Value() const { return value_->text; }
+const std::string& ConfigNode::Attribute::Name() const { return pair_->name; }
+const std::string& ConfigNode::Attribute::Value() const { return pair_->value; }
+
+const std::vector<ConfigNode::Attribute>& ConfigNode::Attributes() const {
+    return frozen_ != nullptr ? frozen_->items : attributes_;
+}
+
+void ConfigNode::OwnAttributes() {
+    if (frozen_ == nullptr) return;
+    attributes_.reserve(frozen_->items.size());
+    for (const Attribute& a : frozen_->items) {
+        Attribute own;
+        own.pair_ = detail::ShareAttribute(a.pair_);
+        attributes_.push_back(own);
+    }
+    detail::ReleaseList(frozen_);
+    frozen_ = nullptr;
+}
 
 ConfigNode::Attribute* ConfigNode::FindAttribute(const char* name) const {
     if (name == nullptr || *name == '\0') return nullptr;
     // The length once, then lengths before bytes: a node may hold hundreds
     // of attributes (a pair per target on a file's settings).
     const size_t length = std::strlen(name);
-    for (const Attribute& a : attributes_) {
-        const std::string& n = a.name_->text;
+    for (const Attribute& a : Attributes()) {
+        const std::string& n = a.pair_->name;
         if (n.size() == length && std::memcmp(n.data(), name, length) == 0) return const_cast<Attribute*>(&a);
     }
     return nullptr;
@@ -40,7 +56,7 @@ ConfigNode::Attribute* ConfigNode::FindAttribute(const char* name) const {
 
 const char* ConfigNode::GetAttribute(const char* name) const {
     const Attribute* a = FindAttribute(name);
-    return a ? a->value_->text.c_str() : nullptr;
+    return a ? a->pair_->value.c_str() : nullptr;
 }
 
 const char* ConfigNode::GetAttributeInt(const char* name, int32_t* value) const {
@@ -57,16 +73,16 @@ const char* ConfigNode::GetAttributeDouble(const char* name, double* value) cons
 
 void ConfigNode::SetAttribute(const char* name, const char* value) {
     if (name == nullptr) return;
-    // The new text is taken before the old one goes: value may point into it.
-    const detail::SharedText* text = detail::AcquireText(value ? value : "");
+    // The new pair is taken before the old one goes: value may point into it.
+    const detail::SharedAttribute* pair = detail::AcquireAttribute(name, value ? value : "");
+    OwnAttributes();
     if (Attribute* a = FindAttribute(name)) {
-        detail::ReleaseText(a->value_);
-        a->value_ = text;
+        detail::ReleaseAttribute(a->pair_);
+        a->pair_ = pair;
         return;
     }
     Attribute a;
-    a.name_ = detail::AcquireText(name);
-    a.value_ = text;
+    a.pair_ = pair;
     attributes_.push_back(a);
 }
 
@@ -77,36 +93,41 @@ void ConfigNode::SetAttributeInt(const char* name, int32_t value) {
 }
 
 const ConfigNode::Attribute* ConfigNode::FirstAttribute() const {
-    return attributes_.empty() ? nullptr : attributes_.data();
+    const std::vector<Attribute>& all = Attributes();
+    return all.empty() ? nullptr : all.data();
 }
 
 const ConfigNode::Attribute* ConfigNode::NextAttribute(const Attribute* a) const {
-    if (a == nullptr || a + 1 >= attributes_.data() + attributes_.size()) return nullptr;
+    const std::vector<Attribute>& all = Attributes();
+    if (a == nullptr || a + 1 >= all.data() + all.size()) return nullptr;
     return a + 1;
 }
 
-size_t ConfigNode::AttributeCount() const { return attributes_.size(); }
+size_t ConfigNode::AttributeCount() const { return Attributes().size(); }
 
 void ConfigNode::ClearAttributes() {
-    for (const Attribute& a : attributes_) {
-        detail::ReleaseText(a.name_);
-        detail::ReleaseText(a.value_);
-    }
-    // The block goes too: a cleared node is most often refilled by a copy,
-    // which takes exactly what it needs.
+    detail::ReleaseList(frozen_);
+    frozen_ = nullptr;
+    for (const Attribute& a : attributes_) detail::ReleaseAttribute(a.pair_);
+    // The block goes too: a cleared node is most often refilled by a copy.
     std::vector<Attribute>().swap(attributes_);
 }
 
 void ConfigNode::CopyAttributesFrom(const ConfigNode& other) {
     if (&other == this) return;
     ClearAttributes();
-    attributes_.reserve(other.attributes_.size());
-    for (const Attribute& a : other.attributes_) {
-        Attribute copy;
-        copy.name_ = detail::ShareText(a.name_);
-        copy.value_ = detail::ShareText(a.value_);
-        attributes_.push_back(copy);
+    if (other.frozen_ != nullptr) frozen_ = detail::ShareList(other.frozen_);
+    if (frozen_ != nullptr) return;
+    const std::vector<Attribute>& from = other.Attributes();
+    if (from.empty()) return;
+    std::vector<Attribute> copy;
+    copy.reserve(from.size());
+    for (const Attribute& a : from) {
+        Attribute c;
+        c.pair_ = detail::ShareAttribute(a.pair_);
+        copy.push_back(c);
     }
+    frozen_ = detail::AcquireList(&copy);
 }
 
 void ConfigNode::AppendChild(ConfigNode* child) {
