@@ -3,8 +3,8 @@
 // export's folder. Measured: the whole import into a project tree through
 // host commits as orvhost makes them, the read alone, and as the baseline
 // TinyXML parsing the same file. Ends with each median, its ratio to the
-// baseline and the process's peak memory, with what the runs added to it
-// beside the export's size.
+// baseline and the process's peak memory after the import and after every
+// run, with what the runs added to it beside the export's size.
 #include <benchmark/benchmark.h>
 
 #include <tinyxml.h>
