@@ -6,7 +6,8 @@
 // Each module (host, plug-in) has its own store. A pair remembers the store
 // that made it and goes back to it when its last user lets go, whichever
 // module's code does that; a module only ever shares pairs of its own store,
-// so nothing it keeps points into another module's.
+// so nothing it keeps points into another module's. A store is locked and
+// the counts are atomic: nodes on different threads may share pairs.
 #pragma once
 
 #include <atomic>
