@@ -11,7 +11,7 @@ namespace ads::host {
 namespace {
 void PrintAttributes(const ConfigNode& node, const char* indent) {
     for (const auto* a = node.FirstAttribute(); a; a = node.NextAttribute(a)) {
-        std::printf("%s%s = \"%s\"\n", indent, Printable(a->name).c_str(), Printable(a->value).c_str());
+        std::printf("%s%s = \"%s\"\n", indent, Printable(a->Name()).c_str(), Printable(a->Value()).c_str());
     }
 }
 }  // namespace

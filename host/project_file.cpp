@@ -120,7 +120,7 @@ size_t EstimateSize(const ConfigNode& root) {
         size += indent + n->Name().size() + 4;  // "<name/>\n"
         if (n->FirstChild() != nullptr) size += indent + n->Name().size() + 4;  // "</name>\n"
         for (const auto* a = n->FirstAttribute(); a != nullptr; a = n->NextAttribute(a)) {
-            size += a->name.size() + a->value.size() + 4;  // ' name="value"'
+            size += a->Name().size() + a->Value().size() + 4;  // ' name="value"'
         }
         if (n->FirstChild() != nullptr) ++level;
         n = Next(n, root, [&level](const ConfigNode*) { --level; });
@@ -479,9 +479,9 @@ std::string SerializeProject(const ConfigNode& root) {
         AppendName(n->Name(), &out);
         for (const auto* a = n->FirstAttribute(); a != nullptr; a = n->NextAttribute(a)) {
             out.push_back(' ');
-            AppendName(a->name, &out);
+            AppendName(a->Name(), &out);
             out.append("=\"");
-            AppendValue(a->value, &out);
+            AppendValue(a->Value(), &out);
             out.push_back('"');
         }
         if (n->FirstChild() != nullptr) {

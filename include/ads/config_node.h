@@ -11,8 +11,15 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace ads {
+
+namespace detail {
+struct SharedAttribute;
+struct SharedList;
+class TextStore;
+}  // namespace detail
 
 class ConfigNode {
 public:
@@ -66,12 +73,17 @@ public:
     uintptr_t UserWord() const { return user_word_; }
     void SetUserWord(uintptr_t word) { user_word_ = word; }
 
-    // Attribute iteration in insertion order.
-    struct Attribute {
-        std::string name;
-        std::string value;
-        Attribute* prev = nullptr;
-        Attribute* next = nullptr;
+    // Attribute iteration in insertion order. A pointer stays valid until
+    // the node gains or loses an attribute; replacing a value keeps it.
+    class Attribute {
+    public:
+        const std::string& Name() const;
+        const std::string& Value() const;
+
+    private:
+        friend class ConfigNode;
+        friend class detail::TextStore;
+        const detail::SharedAttribute* pair_;
     };
     const Attribute* FirstAttribute() const;
     const Attribute* NextAttribute(const Attribute* a) const;
@@ -86,7 +98,9 @@ public:
 
 private:
     Attribute* FindAttribute(const char* name) const;
-    void AppendAttribute(const char* name, const char* value);
+    const std::vector<Attribute>& Attributes() const;
+    // Before a change: a shared list becomes the node's own.
+    void OwnAttributes();
 
     std::string name_;
     uintptr_t user_word_ = 0;
@@ -95,7 +109,12 @@ private:
     ConfigNode* last_child_ = nullptr;
     ConfigNode* prev_sibling_ = nullptr;
     ConfigNode* next_sibling_ = nullptr;
-    Attribute sentinel_;  // circular attribute list; empty when it links to itself
+    // Each attribute is a shared name/value pair (config/shared_attributes.h):
+    // a project repeats the same few hundred pairs on thousands of nodes.
+    // Copies of nodes share their lists (frozen_, then attributes_ is
+    // empty) until one of them changes.
+    std::vector<Attribute> attributes_;
+    const detail::SharedList* frozen_ = nullptr;
 };
 
 // Visits a node, then its later siblings with all their descendants, then its

@@ -78,7 +78,7 @@ bool BuildEngine::UpdateNode(const BuildContext& context, ConfigNode* node) {
     if (!missing) return false;
     std::vector<std::pair<std::string, std::string>> kept;
     if (settings != nullptr) {
-        for (auto* a = settings->FirstAttribute(); a; a = settings->NextAttribute(a)) kept.emplace_back(a->name, a->value);
+        for (auto* a = settings->FirstAttribute(); a; a = settings->NextAttribute(a)) kept.emplace_back(a->Name(), a->Value());
     }
     AssignToolsOnAdd(*host_, node, configurations);
     // Entries the file had for known targets stay as they were.

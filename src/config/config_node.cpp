@@ -5,6 +5,8 @@
 #include <cstring>
 #include <memory>
 
+#include "config/shared_attributes.h"
+
 namespace ads {
 
 namespace {
@@ -13,10 +15,7 @@ bool SameName(const std::string& a, const char* b) {
 }
 }  // namespace
 
-ConfigNode::ConfigNode(std::string name) : name_(std::move(name)) {
-    sentinel_.prev = &sentinel_;
-    sentinel_.next = &sentinel_;
-}
+ConfigNode::ConfigNode(std::string name) : name_(std::move(name)) {}
 
 ConfigNode::~ConfigNode() {
     if (parent_ != nullptr) parent_->DetachChild(this);
@@ -24,29 +23,40 @@ ConfigNode::~ConfigNode() {
     ClearAttributes();
 }
 
+const std::string& ConfigNode::Attribute::Name() const { return pair_->name; }
+const std::string& ConfigNode::Attribute::Value() const { return pair_->value; }
+
+const std::vector<ConfigNode::Attribute>& ConfigNode::Attributes() const {
+    return frozen_ != nullptr ? frozen_->items : attributes_;
+}
+
+void ConfigNode::OwnAttributes() {
+    if (frozen_ == nullptr) return;
+    attributes_.reserve(frozen_->items.size());
+    for (const Attribute& a : frozen_->items) {
+        Attribute own;
+        own.pair_ = detail::ShareAttribute(a.pair_);
+        attributes_.push_back(own);
+    }
+    detail::ReleaseList(frozen_);
+    frozen_ = nullptr;
+}
+
 ConfigNode::Attribute* ConfigNode::FindAttribute(const char* name) const {
     if (name == nullptr || *name == '\0') return nullptr;
     // The length once, then lengths before bytes: a node may hold hundreds
     // of attributes (a pair per target on a file's settings).
     const size_t length = std::strlen(name);
-    for (Attribute* a = sentinel_.next; a != &sentinel_; a = a->next) {
-        if (a->name.size() == length && std::memcmp(a->name.data(), name, length) == 0) return a;
+    for (const Attribute& a : Attributes()) {
+        const std::string& n = a.pair_->name;
+        if (n.size() == length && std::memcmp(n.data(), name, length) == 0) return const_cast<Attribute*>(&a);
     }
     return nullptr;
 }
 
-void ConfigNode::AppendAttribute(const char* name, const char* value) {
-    auto* a = new Attribute{name, value ? value : "", nullptr, nullptr};
-    Attribute* sentinel = &sentinel_;
-    a->prev = sentinel->prev;
-    a->next = sentinel;
-    sentinel->prev->next = a;
-    sentinel->prev = a;
-}
-
 const char* ConfigNode::GetAttribute(const char* name) const {
     const Attribute* a = FindAttribute(name);
-    return a ? a->value.c_str() : nullptr;
+    return a ? a->pair_->value.c_str() : nullptr;
 }
 
 const char* ConfigNode::GetAttributeInt(const char* name, int32_t* value) const {
@@ -63,11 +73,17 @@ const char* ConfigNode::GetAttributeDouble(const char* name, double* value) cons
 
 void ConfigNode::SetAttribute(const char* name, const char* value) {
     if (name == nullptr) return;
+    // The new pair is taken before the old one goes: value may point into it.
+    const detail::SharedAttribute* pair = detail::AcquireAttribute(name, value ? value : "");
+    OwnAttributes();
     if (Attribute* a = FindAttribute(name)) {
-        a->value = value ? value : "";
+        detail::ReleaseAttribute(a->pair_);
+        a->pair_ = pair;
         return;
     }
-    AppendAttribute(name, value);
+    Attribute a;
+    a.pair_ = pair;
+    attributes_.push_back(a);
 }
 
 void ConfigNode::SetAttributeInt(const char* name, int32_t value) {
@@ -77,36 +93,41 @@ void ConfigNode::SetAttributeInt(const char* name, int32_t value) {
 }
 
 const ConfigNode::Attribute* ConfigNode::FirstAttribute() const {
-    return sentinel_.next == &sentinel_ ? nullptr : sentinel_.next;
+    const std::vector<Attribute>& all = Attributes();
+    return all.empty() ? nullptr : all.data();
 }
 
 const ConfigNode::Attribute* ConfigNode::NextAttribute(const Attribute* a) const {
-    if (a == nullptr || a->next == &sentinel_) return nullptr;
-    return a->next;
+    const std::vector<Attribute>& all = Attributes();
+    if (a == nullptr || a + 1 >= all.data() + all.size()) return nullptr;
+    return a + 1;
 }
 
-size_t ConfigNode::AttributeCount() const {
-    size_t n = 0;
-    for (const Attribute* a = sentinel_.next; a != &sentinel_; a = a->next) ++n;
-    return n;
-}
+size_t ConfigNode::AttributeCount() const { return Attributes().size(); }
 
 void ConfigNode::ClearAttributes() {
-    Attribute* a = sentinel_.next;
-    while (a != &sentinel_) {
-        Attribute* next = a->next;
-        delete a;
-        a = next;
-    }
-    sentinel_.prev = sentinel_.next = &sentinel_;
+    detail::ReleaseList(frozen_);
+    frozen_ = nullptr;
+    for (const Attribute& a : attributes_) detail::ReleaseAttribute(a.pair_);
+    // The block goes too: a cleared node is most often refilled by a copy.
+    std::vector<Attribute>().swap(attributes_);
 }
 
 void ConfigNode::CopyAttributesFrom(const ConfigNode& other) {
     if (&other == this) return;
     ClearAttributes();
-    for (const Attribute* a = other.FirstAttribute(); a != nullptr; a = other.NextAttribute(a)) {
-        AppendAttribute(a->name.c_str(), a->value.c_str());
+    if (other.frozen_ != nullptr) frozen_ = detail::ShareList(other.frozen_);
+    if (frozen_ != nullptr) return;
+    const std::vector<Attribute>& from = other.Attributes();
+    if (from.empty()) return;
+    std::vector<Attribute> copy;
+    copy.reserve(from.size());
+    for (const Attribute& a : from) {
+        Attribute c;
+        c.pair_ = detail::ShareAttribute(a.pair_);
+        copy.push_back(c);
     }
+    frozen_ = detail::AcquireList(&copy);
 }
 
 void ConfigNode::AppendChild(ConfigNode* child) {

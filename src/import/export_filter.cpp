@@ -74,9 +74,18 @@ bool FilterExport(const std::string& file_text, FilteredExport* out, std::string
     return true;
 }
 
-int ElementDepth(const std::string& text, int limit) {
+namespace {
+
+// Walks the tags of an XML text the way a parser opens and closes elements:
+// comments, processing instructions, declarations and CDATA sections are
+// skipped, quoted attribute values may hold '>'. open(begin, end, depth,
+// empty) is called for each opening tag with its range and the depth of its
+// element (1 for the outermost), empty for "<x/>", which opens nothing;
+// close(end, depth) after a closing tag with the depth it closes. Either
+// returns false to stop the walk.
+template <typename Open, typename Close>
+void WalkTags(const std::string& text, Open open, Close close) {
     int depth = 0;
-    int deepest = 0;
     size_t i = 0;
     const size_t n = text.size();
     auto skip_past = [&](const char* end) {
@@ -98,15 +107,15 @@ int ElementDepth(const std::string& text, int limit) {
             i += 2;
             skip_past("?>");
         } else if (text.compare(i, 2, "</") == 0) {
-            if (depth > 0) --depth;
             i += 2;
             skip_past(">");
+            if (depth > 0 && !close(i, depth--)) return;
         } else if (text.compare(i, 2, "<!") == 0) {
             i += 2;
             skip_past(">");
         } else {
             // An opening tag: to its '>', quoted values skipped; "/>" closes it.
-            ++i;
+            const size_t begin = i++;
             char quote = 0;
             bool self_closing = false;
             while (i < n) {
@@ -120,14 +129,45 @@ int ElementDepth(const std::string& text, int limit) {
                     break;
                 }
             }
-            if (!self_closing) {
-                ++depth;
-                if (depth > deepest) deepest = depth;
-                if (deepest > limit) return deepest;
-            }
+            if (!open(begin, i, depth + 1, self_closing)) return;
+            if (!self_closing) ++depth;
         }
     }
+}
+
+}  // namespace
+
+int ElementDepth(const std::string& text, int limit) {
+    int deepest = 0;
+    WalkTags(
+        text,
+        [&](size_t, size_t, int depth, bool empty) {
+            if (!empty && depth > deepest) deepest = depth;
+            return deepest <= limit;
+        },
+        [](size_t, int) { return true; });
     return deepest;
+}
+
+bool ThirdLevelElements(const std::string& text, std::vector<std::vector<TextRange>>* out) {
+    out->clear();
+    bool ok = true;
+    int outermost = 0;
+    size_t begin = 0;
+    WalkTags(
+        text,
+        [&](size_t at, size_t end, int depth, bool empty) {
+            if (depth == 1 && ++outermost > 1) return ok = false;
+            if (depth == 2) out->emplace_back();
+            if (depth == 3 && empty) out->back().push_back(TextRange{at, end});
+            if (depth == 3) begin = at;
+            return true;
+        },
+        [&](size_t at, int depth) {
+            if (depth == 3) out->back().push_back(TextRange{begin, at});
+            return true;
+        });
+    return ok && outermost == 1;
 }
 
 }  // namespace ads::import

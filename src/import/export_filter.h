@@ -3,6 +3,7 @@
 // version are taken.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -38,5 +39,16 @@ constexpr int kMaxElementDepth = 200;
 // CDATA sections skipped; quoted attribute values may hold '>'). Stops
 // counting once `limit` is passed and returns a value above it.
 int ElementDepth(const std::string& text, int limit);
+
+struct TextRange {
+    size_t begin;
+    size_t end;
+};
+
+// The elements of the third level (the children of the outermost element's
+// children) as ranges of the text, listed per second-level element in order,
+// found as ElementDepth finds them. False when the text has no outermost
+// element or more than one.
+bool ThirdLevelElements(const std::string& text, std::vector<std::vector<TextRange>>* out);
 
 }  // namespace ads::import

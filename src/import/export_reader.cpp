@@ -80,6 +80,11 @@ public:
         // Texts are 8-bit and pass through as they stand: read as UTF-8, a
         // Latin-1 byte before a '<' would swallow the tag.
         if (platform::StartsWithByteOrderMark(filtered.text)) filtered.text.erase(0, 3);
+        // Element by element when the text allows: TinyXML's tree of a whole
+        // export is many times its size, one target or group is small.
+        const ImportModel before = *model_;
+        if (ReadInPieces(filtered.text)) return true;
+        *model_ = before;
         // Created after the filter, gone when the read returns, either way.
         auto document = std::make_unique<TiXmlDocument>();
         document->Parse(filtered.text.c_str(), nullptr, TIXML_ENCODING_LEGACY);
@@ -107,6 +112,54 @@ public:
         return true;
     }
 
+    // The lists' entries (targets, order entries, groups) are cut out of the
+    // text and the rest is parsed; then each entry is parsed and read alone.
+    // False, with the model part-filled, when any of these parses is not
+    // clean: the whole text is parsed then, for the message it gives.
+    bool ReadInPieces(const std::string& text) {
+        std::vector<std::vector<TextRange>> entries;
+        if (!ThirdLevelElements(text, &entries)) return false;
+        std::string outline;
+        size_t from = 0;
+        for (const auto& list : entries) {
+            for (const TextRange& r : list) {
+                outline.append(text, from, r.begin - from);
+                from = r.end;
+            }
+        }
+        outline.append(text, from, std::string::npos);
+        TiXmlDocument document;
+        document.Parse(outline.c_str(), nullptr, TIXML_ENCODING_LEGACY);
+        const TiXmlElement* project = document.RootElement();
+        if (document.Error() || project == nullptr || !Is(project, "PROJECT")) return false;
+        size_t index = 0;
+        for (const TiXmlElement* e = project->FirstChildElement(); e != nullptr; e = e->NextSiblingElement()) {
+            if (index >= entries.size() || e->FirstChildElement() != nullptr) return false;
+            const std::vector<TextRange>& list = entries[index++];
+            const bool targets = Is(e, "TARGETLIST");
+            bool list_ended = false;  // the entries after it are still parsed: the text must be clean
+            for (size_t i = 0; i < list.size(); ++i) {
+                TiXmlDocument piece;
+                piece.Parse(text.substr(list[i].begin, list[i].end - list[i].begin).c_str(), nullptr,
+                            TIXML_ENCODING_LEGACY);
+                const TiXmlElement* entry = piece.RootElement();
+                if (piece.Error() || entry == nullptr || entry->NextSiblingElement() != nullptr) return false;
+                if (list_ended) continue;
+                if (targets) {
+                    std::string why;
+                    if (ReadTarget(entry, &why)) continue;
+                    NoteTargetListEnd(why, list.size() - i - 1);
+                    list_ended = true;
+                } else if (Is(e, "TARGETORDER")) {
+                    model_->target_order.push_back(ChildText(entry, "NAME"));
+                } else if (Is(e, "GROUPLIST")) {
+                    ReadEntries(entry, nullptr, &model_->groups);
+                }
+            }
+        }
+        return index == entries.size();
+    }
+
     bool Fail(const std::string& why) {
         model_->failure = why;
         return false;
@@ -126,11 +179,15 @@ private:
             if (ReadTarget(t, &why)) continue;
             size_t after = 0;
             for (const TiXmlElement* n = t->NextSiblingElement(); n != nullptr; n = n->NextSiblingElement()) ++after;
-            Note(why + "; the target list ends there: " +
-                 (after == 0 ? std::string("it is left out")
-                             : "it and the " + std::to_string(after) + " target(s) after it are left out"));
+            NoteTargetListEnd(why, after);
             return;
         }
+    }
+
+    void NoteTargetListEnd(const std::string& why, size_t after) {
+        Note(why + "; the target list ends there: " +
+             (after == 0 ? std::string("it is left out")
+                         : "it and the " + std::to_string(after) + " target(s) after it are left out"));
     }
 
     bool ReadTarget(const TiXmlElement* element, std::string* why) {

@@ -121,7 +121,7 @@ private:
             config::EditNode(*context.host, child, [&](ConfigNode* edit) {
                 std::vector<std::pair<std::string, std::string>> kept;
                 for (auto* a = edit->FirstAttribute(); a != nullptr; a = edit->NextAttribute(a)) {
-                    if (keys.count(a->name) == 0) kept.emplace_back(a->name, a->value);
+                    if (keys.count(a->Name()) == 0) kept.emplace_back(a->Name(), a->Value());
                 }
                 edit->ClearAttributes();
                 for (const auto& [key, value] : kept) edit->SetAttribute(key, value);

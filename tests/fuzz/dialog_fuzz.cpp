@@ -33,7 +33,7 @@ public:
     void Commit(ConfigNode* node, ConfigNode* edited) override {
         node->ClearAttributes();
         for (auto* a = edited->FirstAttribute(); a != nullptr; a = edited->NextAttribute(a)) {
-            node->SetAttribute(a->name.c_str(), a->value);
+            node->SetAttribute(a->Name().c_str(), a->Value());
         }
     }
     ConfigNode* FindSettingNode(ConfigNode* node, const char* key, const char*) override {

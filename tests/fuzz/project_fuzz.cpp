@@ -35,7 +35,7 @@ bool SameTree(const ConfigNode& a, const ConfigNode& b) {
         const auto* ax = x->FirstAttribute();
         const auto* ay = y->FirstAttribute();
         for (; ax != nullptr && ay != nullptr; ax = x->NextAttribute(ax), ay = y->NextAttribute(ay)) {
-            if (ax->name != ay->name || ax->value != ay->value) return false;
+            if (ax->Name() != ay->Name() || ax->Value() != ay->Value()) return false;
         }
         if (ax != nullptr || ay != nullptr) return false;
         const ConfigNode* cx = x->FirstChild();

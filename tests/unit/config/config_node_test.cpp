@@ -1,17 +1,19 @@
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "ads/config_node.h"
+#include "config/shared_attributes.h"
 
 namespace ads {
 namespace {
 
 std::vector<std::string> AttributeNames(const ConfigNode& n) {
     std::vector<std::string> names;
-    for (auto* a = n.FirstAttribute(); a; a = n.NextAttribute(a)) names.push_back(a->name);
+    for (auto* a = n.FirstAttribute(); a; a = n.NextAttribute(a)) names.push_back(a->Name());
     return names;
 }
 
@@ -101,6 +103,49 @@ TEST(ConfigNodeAttributes, AnEmptyNameIsStoredButNeverFound) {
     EXPECT_EQ(2u, n.AttributeCount());
     std::unique_ptr<ConfigNode> copy(n.Clone());
     EXPECT_EQ(2u, copy->AttributeCount());
+}
+
+std::string AttributeText(const ConfigNode& n) {
+    std::string text;
+    for (auto* a = n.FirstAttribute(); a; a = n.NextAttribute(a)) text += a->Name() + "=" + a->Value() + ";";
+    return text;
+}
+
+// Copies share their attributes until one changes: the change stays in the
+// node changed, and every pair goes when its last node does.
+TEST(ConfigNodeAttributes, ACopyChangesAloneAndSharedPairsGoWithTheLastNode) {
+    struct Row {
+        const char* name;
+        std::function<void(ConfigNode&)> change;
+        const char* changed;
+    } rows[] = {
+        {"value replaced", [](ConfigNode& n) { n.SetAttribute("A", "9"); }, "A=9;B=2;"},
+        {"name appended", [](ConfigNode& n) { n.SetAttribute("C", "3"); }, "A=1;B=2;C=3;"},
+        {"value taken from its own attribute", [](ConfigNode& n) { n.SetAttribute("B", n.GetAttribute("A")); },
+         "A=1;B=1;"},
+        {"cleared", [](ConfigNode& n) { n.ClearAttributes(); }, ""},
+        {"copied from another", [](ConfigNode& n) {
+             ConfigNode other;
+             other.SetAttribute("Z", "0");
+             n.CopyAttributesFrom(other);
+         }, "Z=0;"},
+    };
+    const size_t stored = detail::StoredAttributeCount();
+    for (const Row& r : rows) {
+        {
+            ConfigNode original;
+            original.SetAttribute("A", "1");
+            original.SetAttribute("B", "2");
+            std::unique_ptr<ConfigNode> first(original.Clone());
+            std::unique_ptr<ConfigNode> second(first->Clone());
+            EXPECT_EQ(stored + 2, detail::StoredAttributeCount()) << r.name << ": equal pairs are held once";
+            r.change(*second);
+            EXPECT_EQ(r.changed, AttributeText(*second)) << r.name;
+            EXPECT_EQ("A=1;B=2;", AttributeText(*first)) << r.name;
+            EXPECT_EQ("A=1;B=2;", AttributeText(original)) << r.name;
+        }
+        EXPECT_EQ(stored, detail::StoredAttributeCount()) << r.name << ": pairs outlive their nodes";
+    }
 }
 
 TEST(ConfigNodeChildren, AppendFindAndOrder) {

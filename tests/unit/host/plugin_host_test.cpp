@@ -20,7 +20,7 @@ ConfigNode* Add(ConfigNode* parent, const char* name) {
 
 std::string Dump(const ConfigNode& n) {
     std::string out = n.Name() + "{";
-    for (auto* a = n.FirstAttribute(); a; a = n.NextAttribute(a)) out += a->name + "=" + a->value + ";";
+    for (auto* a = n.FirstAttribute(); a; a = n.NextAttribute(a)) out += a->Name() + "=" + a->Value() + ";";
     for (auto* c = n.FirstChild(); c; c = c->NextSibling()) out += Dump(*c);
     return out + "}";
 }

@@ -73,7 +73,7 @@ std::string Dump(const ConfigNode& root) {
     while (n != nullptr) {
         out += std::to_string(depth) + " " + Quote(n->Name());
         for (const auto* a = n->FirstAttribute(); a != nullptr; a = n->NextAttribute(a)) {
-            out += " " + Quote(a->name) + "=" + Quote(a->value);
+            out += " " + Quote(a->Name()) + "=" + Quote(a->Value());
         }
         out += "\n";
         if (n->FirstChild() != nullptr) {

@@ -333,6 +333,11 @@ TEST_F(ExportReaderTest, MalformedExportsFailWithoutAPartialResult) {
         {"no PROJECT", std::string(kDeclaration) + "\n" + kVersionLine + "\n<OTHER/>\n", "PROJECT"},
         {"a raw zero byte", Export(good + Target("Bad", Setting("X", std::string("a\0b", 3)))), "XML"},
         {"nesting deeper than the stack allows", deep, "nested"},
+        // Read entry by entry, the text must still be clean as a whole.
+        {"a stray closing tag between targets", Export(good + "</SETTINGLIST>" + Target("Second", "")), "XML"},
+        {"a broken target after one that ends the list",
+         Export(good + "<TARGET><NAME>NoList</NAME></TARGET><TARGET><NAME>x</NAMEX></TARGET>"), "XML"},
+        {"a broken group entry", Export(good, GroupXml("G", "<FILEREF><PATH>a.c</FILEREF>")), "XML"},
     };
     for (const FailureCase& c : cases) {
         EXPECT_FALSE(Read(c.text)) << c.name;

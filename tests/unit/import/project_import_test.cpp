@@ -24,7 +24,7 @@ const char kExportPath[] = "C:\\proj\\blinky.mcp.xml";
 
 std::vector<std::string> KeysOf(const ConfigNode& node) {
     std::vector<std::string> keys;
-    for (const auto* a = node.FirstAttribute(); a != nullptr; a = node.NextAttribute(a)) keys.push_back(a->name);
+    for (const auto* a = node.FirstAttribute(); a != nullptr; a = node.NextAttribute(a)) keys.push_back(a->Name());
     return keys;
 }
 

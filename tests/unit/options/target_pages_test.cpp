@@ -58,7 +58,7 @@ struct Project {
 std::string Dump(const ConfigNode* node) {
     std::string text;
     for (auto* a = node ? node->FirstAttribute() : nullptr; a != nullptr; a = node->NextAttribute(a)) {
-        text += a->name + "=" + a->value + ";";
+        text += a->Name() + "=" + a->Value() + ";";
     }
     return text;
 }

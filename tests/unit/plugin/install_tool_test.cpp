@@ -22,7 +22,7 @@ using Attributes = std::vector<std::pair<std::string, std::string>>;
 
 Attributes AttributesOf(const ConfigNode& node) {
     Attributes out;
-    for (const auto* a = node.FirstAttribute(); a; a = node.NextAttribute(a)) out.emplace_back(a->name, a->value);
+    for (const auto* a = node.FirstAttribute(); a; a = node.NextAttribute(a)) out.emplace_back(a->Name(), a->Value());
     return out;
 }
 
