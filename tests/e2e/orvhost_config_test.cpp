@@ -164,44 +164,21 @@ TEST_F(OrvhostConfigTest, BadInputIsRefusedWithOneLine) {
     EXPECT_FALSE(fs().PathExists(config));
 }
 
-TEST_F(OrvhostConfigTest, AddTargetCarriesEveryDefaultByteForByte) {
+// Every default byte for byte is the plug-in's test; here the host's part:
+// the new target comes through whole, and the tools were found.
+TEST_F(OrvhostConfigTest, AddTargetCarriesTheDefaultsThroughTheHost) {
     InstallAds();
     ASSERT_EQ(0, Orvhost({"new", "demo.orv"}).status);
     Outcome r = Orvhost({"add-target", "demo.orv", "Debug"});
     ASSERT_EQ(0, r.status) << r.output;
-    EXPECT_EQ("added target 'Debug'\n", r.output);  // the tools were found: no complaint
+    EXPECT_EQ("added target 'Debug'\n", r.output);  // no complaint
 
     r = Orvhost({"show", "demo.orv", "--target", "Debug"});
     ASSERT_EQ(0, r.status) << r.output;
-    const std::string expected =
-        "targets:\n"
-        "  Debug\n"
-        "    Name = \"Debug\"\n"
-        "    SIMCLK = \"12.000000\"\n"
-        "    ADS_AsmParam = \"$(ADS_PARAM) \"$(SOURCE)\" \"$(OBJ)\"\"\n"
-        "    ADS_CParam = \"$(ADS_PARAM) -c \"$(SOURCE)\" -o \"$(OBJ)\"\"\n"
-        "    ADS_LinkParam = \"$(OBJS) $(ADS_LNKPARAM) -o \"$(ELF)\"\"\n"
-        "    ADS_OPTDBG = \"1,RDI 0,1,0,1,0,(\"\")\"\n"
-        "    ADS_OUTPUT_DIR = \"{Project}\"\n"
-        "    ADS_LinkerName = \"ARM Linker\"\n"
-        "    ADS_FileMap = \"(.s@armasm),(.c@armcc),(.cc&&.cpp@armcpp)\"\n"
-        "    ADS_USRAPPFILE = \"\"\n"
-        "    SearchPath = \" -I\".*\"  -J\"{Compiler}Include*\"  -J\"{Compiler}Lib*\" \"\n"
-        "    ADS_LNKPARAM = \"\"\n"
-        "    AppFile = \"\"\n"
-        "    ADS_GArmAsmParam = \" -keep -split_ldm -g\"\n"
-        "    ADS_GArmCCParam = \" -O0 -g+\"\n"
-        "    ADS_GArmCppParam = \" -O0 -g+\"\n"
-        "    ADS_GThmCCParam = \" -O0 -g+\"\n"
-        "    ADS_GThmCppParam = \" -O0 -g+\"\n"
-        "    ADS_FromELFParam = \" -elf\"\n"
-        "    ADS_PostLnk = \"ARM fromELF\"\n"
-        "    UpdateTgtBeforeDbg = \"1\"\n"
-        "    ServeDebugOptions = \"\"\n"
-        "    ADS_BatchFileParam = \"0,()\"\n";
-    const size_t at = r.output.find("targets:\n");
-    ASSERT_NE(std::string::npos, at) << r.output;
-    EXPECT_EQ(expected, r.output.substr(at));
+    EXPECT_NE(std::string::npos,
+              r.output.find("targets:\n  Debug\n    Name = \"Debug\"\n    SIMCLK = \"12.000000\"\n"))
+        << r.output;
+    EXPECT_NE(std::string::npos, r.output.find("    ADS_BatchFileParam = \"0,()\"\n")) << r.output;
 }
 
 }  // namespace

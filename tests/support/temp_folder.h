@@ -3,11 +3,15 @@
 // POSIX backend must turn into slashes itself.
 #pragma once
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <string>
 #include <system_error>
+#include <vector>
 
 namespace ads::platform::test_support {
 
@@ -19,6 +23,24 @@ constexpr const char* kExecutableSuffix = "";
 
 inline std::string Join(const std::string& folder, const std::string& name) {
     return folder + "\\" + name;
+}
+
+// Whole files in the system's own spelling, byte for byte.
+inline std::string ReadNative(const std::filesystem::path& path) {
+    std::ifstream in(path, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+}
+inline bool WriteNative(const std::filesystem::path& path, const std::string& contents) {
+    std::ofstream out(path, std::ios::binary);
+    out << contents;
+    return out.good();
+}
+// The entries of a folder by name, sorted.
+inline std::vector<std::string> NamesIn(const std::filesystem::path& folder) {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) names.push_back(entry.path().filename().string());
+    std::sort(names.begin(), names.end());
+    return names;
 }
 
 class TempFolder {

@@ -358,7 +358,8 @@ TEST(PatternExecute, StepLimitStopsABackReferenceBlowUp) {
 
 // ---------------------------------------------------------------------------
 // Work grows linearly with the text on inputs built to make a naive
-// backtracker quadratic. Counted in matcher steps, not timed: the step count
+// backtracker quadratic; the parser's own patterns meet hostile output in
+// the parser's tests. Counted in matcher steps, not timed: the step count
 // on 1,024,000 bytes must stay within 5% of 100 times that on 10,240 bytes.
 
 struct LinearRow {
@@ -367,25 +368,12 @@ struct LinearRow {
     std::string (*text)(size_t length);
 };
 
-std::string Quotes(size_t n) { return std::string(n, '"'); }
-std::string OpenQuote(size_t n) { return "\"" + std::string(n - 1, 'a'); }
-std::string LineWithoutEnd(size_t n) {
-    const std::string head = "\"a.c\", line 1: ";
-    return head + std::string(n - head.size(), 'x');
-}
-std::string SlashNumbers(size_t n) { return Repeat("/0/:", n / 4); }
 std::string Letters(size_t n) { return std::string(n, 'a'); }
-std::string QuotedNoColon(size_t n) { return Repeat("\"a\", line 1 ", n / 12); }
+std::string SlashNumbers(size_t n) { return Repeat("/0/:", n / 4); }
 
 const std::vector<LinearRow>& LinearRows() {
     static const std::vector<LinearRow> rows = {
-        {"SourcePatternOnQuotes", "^\"([^\"]*)\", line ([0-9]+):([^\n]*)\n", Quotes},
-        {"SourcePatternOnAnUnclosedQuote", "^\"([^\"]*)\", line ([0-9]+):([^\n]*)\n", OpenQuote},
-        {"SourcePatternOnALineWithoutEnd", "^\"([^\"]*)\", line ([0-9]+):([^\n]*)\n", LineWithoutEnd},
-        {"UnanchoredSourcePatternOnALineWithoutEnd", "\"([^\"]*)\", line ([0-9]+):([^\n]*)\n", LineWithoutEnd},
-        {"UnanchoredSourcePatternOnRepeatedHeads", "\"([^\"]*)\", line ([0-9]+):([^\n]*)\n", QuotedNoColon},
-        {"TemplateAsPatternOnSlashNumbers", "^([^\"]*)/(([0-9]+)/):([^\n]*)\n", SlashNumbers},
-        {"UnanchoredTemplateAsPattern", "([^\"]*)/(([0-9]+)/):([^\n]*)\n", SlashNumbers},
+        {"TemplateTypedAsAPattern", "^([^\"]*)/(([0-9]+)/):([^\n]*)\n", SlashNumbers},
         {"StackedClosures", "a*a*a*a*b", Letters},
         {"DotClosuresBeforeMissingCharacter", ".*.*=.*;", Letters},
     };

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "config/defaults.h"
+#include "config/project_keys.h"
 
 namespace ads::config {
 namespace {
@@ -62,6 +63,30 @@ TEST(ObjectFileName, IsTheBaseNameWithDotO) {
         {".hidden", ".hidden.o"},
     };
     for (const Row& row : rows) EXPECT_EQ(row.object, ObjectFileName(row.path)) << row.path;
+}
+
+// The option model the settings dialog starts a new target from says what a
+// new target's keys say.
+TEST(BuiltinDefaults, AgreeWithTheKeysOfANewTarget) {
+    const OptionModel m = BuiltinDefaults();
+    const struct {
+        const char* key;
+        const std::string& value;
+    } rows[] = {
+        {kOutputDirKey, m.output_dir},          {kLinkerNameKey, m.linker_name},
+        {kFileMapKey, m.file_map},              {kPostLinkKey, m.post_link},
+        {kBatchFileParamsKey, m.batch_file_params}, {kArmAsmParamsKey, m.armasm_params},
+        {kArmCcParamsKey, m.armcc_params},      {kArmCppParamsKey, m.armcpp_params},
+        {kThumbCcParamsKey, m.tcc_params},      {kThumbCppParamsKey, m.tcpp_params},
+        {kFromElfParamsKey, m.fromelf_params},  {kUserAppFileKey, m.user_app_file},
+    };
+    for (const auto& row : rows) {
+        const TargetDefault* d = kTargetDefaults;
+        while (d != kTargetDefaults + kTargetDefaultCount && std::string(d->key) != row.key) ++d;
+        ASSERT_NE(d, kTargetDefaults + kTargetDefaultCount) << row.key;
+        EXPECT_EQ(row.value, d->value) << row.key;
+    }
+    EXPECT_FALSE(m.has_user_app_file);
 }
 
 }  // namespace

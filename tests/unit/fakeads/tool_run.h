@@ -7,9 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 #include <initializer_list>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -50,19 +48,12 @@ protected:
     void Write(const std::string& name, const std::string& text) {
         const std::filesystem::path path = Native(name);
         std::filesystem::create_directories(path.parent_path());
-        std::ofstream out(path, std::ios::binary);
-        out << text;
-        ASSERT_TRUE(out.good()) << name;
+        ASSERT_TRUE(platform::test_support::WriteNative(path, text)) << name;
     }
 
     bool Exists(const std::string& name) const { return std::filesystem::exists(Native(name)); }
 
-    std::string Read(const std::string& name) const {
-        std::ifstream in(Native(name), std::ios::binary);
-        std::ostringstream text;
-        text << in.rdbuf();
-        return text.str();
-    }
+    std::string Read(const std::string& name) const { return platform::test_support::ReadNative(Native(name)); }
 
     // Runs "TOOL ARGUMENTS" in the folder.
     ToolResult Run(const std::string& tool, const std::string& arguments) {

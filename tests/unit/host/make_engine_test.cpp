@@ -1,7 +1,7 @@
 // The make engine against a plug-in of the test's own: its command slot
 // answers from a table, its parser records what it is handed, its keyed
 // lookup answers dependency sets, and every call notes its thread. The
-// commands run ads_make_test_tool, built beside this program, in a fresh
+// commands run ads_test_child, built beside this program, in a fresh
 // project folder whose file times the test sets.
 #include "make_engine.h"
 
@@ -174,7 +174,7 @@ public:
     std::string Full(const std::string& relative) const { return dir + "/" + relative; }
 
     std::string Command(const std::string& script) const {
-        std::string tool = platform::System().files->ExecutableDirectory() + "/ads_make_test_tool" +
+        std::string tool = platform::System().files->ExecutableDirectory() + "/ads_test_child" +
                            platform::test_support::kExecutableSuffix;
         return platform::QuoteArgument(tool) + " " + script;
     }

@@ -22,6 +22,9 @@
 namespace ads::host {
 namespace {
 
+using platform::test_support::ReadNative;
+using platform::test_support::WriteNative;
+
 using Attributes = std::vector<std::pair<std::string, std::string>>;
 
 // One node of a tree given in pre-order with its depth (0 = the root).
@@ -519,21 +522,6 @@ TEST(ProjectFile, ReportsTheLineAndTheReasonOfAnError) {
 // ---------------------------------------------------------------------------
 // Load and save through the file system
 
-TEST(ProjectFile, SavedProjectLoadsBack) {
-    ads::testing::FakeFiles fs;
-    const auto tree = Build({
-        {0, "OrvaneProject", {{"version", "1"}}},
-        {1, "Target", {{"name", "Debug build"}}},
-        {2, "File", {{"name", "src\\main.c"}}},
-    });
-    std::string error;
-    ASSERT_TRUE(SaveProject(fs, "work\\demo.orv", *tree, &error)) << error;
-    EXPECT_EQ(fs.contents.at("work\\demo.orv"), SerializeProject(*tree));
-    const auto loaded = LoadProject(fs, "work\\demo.orv", &error);
-    ASSERT_NE(loaded, nullptr) << error;
-    EXPECT_EQ(Dump(*loaded), Dump(*tree));
-}
-
 TEST(ProjectFile, LoadErrorsNameTheFile) {
     ads::testing::FakeFiles fs;
     fs.Add("broken.orv", "<OrvaneProject>\n  <File name=x/>\n</OrvaneProject>\n");
@@ -583,21 +571,7 @@ TEST(ProjectFile, FailedSaveLeavesTheOldFileAndSaysWhy) {
 // The same through the system's own file system, in a fresh folder.
 class ProjectFileOnDisk : public ::testing::Test {
 protected:
-    static std::string ReadNative(const std::filesystem::path& path) {
-        std::ifstream in(path, std::ios::binary);
-        return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-    }
-    static void WriteNative(const std::filesystem::path& path, const std::string& text) {
-        std::ofstream(path, std::ios::binary) << text;
-    }
-    std::vector<std::string> NamesInFolder() const {
-        std::vector<std::string> names;
-        for (const auto& entry : std::filesystem::directory_iterator(folder_.native())) {
-            names.push_back(entry.path().filename().string());
-        }
-        std::sort(names.begin(), names.end());
-        return names;
-    }
+    std::vector<std::string> NamesInFolder() const { return platform::test_support::NamesIn(folder_.native()); }
 
     platform::FileSystem& files_ = *platform::System().files;
     platform::test_support::TempFolder folder_;
@@ -644,12 +618,6 @@ TEST_F(ProjectFileOnDisk, FailedSaveLeavesTheOldFileAndNamesThePath) {
     EXPECT_EQ(ReadNative(folder_.native() / "demo.orv"), old_text);
     EXPECT_EQ(ReadNative(folder_.native() / "sub.orv" / "inside.txt"), "kept");
     EXPECT_EQ(NamesInFolder(), (std::vector<std::string>{"demo.orv", "sub.orv"}));
-}
-
-TEST_F(ProjectFileOnDisk, LoadOfAMissingFileNamesIt) {
-    std::string error;
-    EXPECT_EQ(LoadProject(files_, folder_ / "none.orv", &error), nullptr);
-    EXPECT_EQ(error, folder_ / "none.orv" + ": cannot read the project file");
 }
 
 }  // namespace

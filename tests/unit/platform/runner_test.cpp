@@ -29,7 +29,7 @@ std::string ChildPath() {
                 std::string("ads_test_child") + test_support::kExecutableSuffix);
 }
 
-// The child's command line: its quoted path and a script (see child_main.cpp).
+// The child's command line: its quoted path and a script (see support/test_child.cpp).
 std::string Child(const std::string& script) { return QuoteArgument(ChildPath()) + " " + script; }
 
 RunResult RunCommand(const std::string& command_line, const std::string& working_directory = "",

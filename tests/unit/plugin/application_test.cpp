@@ -96,48 +96,11 @@ TEST_F(PluginTest, AMissingServiceModuleLeavesTheServiceTableZeroed) {
     fake.libraries.free_null_succeeds = true;
 }
 
-TEST_F(PluginTest, TheOptionModelStartsFromTheBuiltInDefaults) {
-    Start();
-    const config::OptionModel& m = app->option_model();
-    EXPECT_EQ("{Project}", m.output_dir);
-    EXPECT_EQ("ARM Linker", m.linker_name);
-    EXPECT_EQ("(.s@armasm),(.c@armcc),(.cc&&.cpp@armcpp)", m.file_map);
-    EXPECT_EQ("ARM fromELF", m.post_link);
-    EXPECT_EQ("0,()", m.batch_file_params);
-    EXPECT_EQ(" -keep -split_ldm -g", m.armasm_params);
-    for (const std::string* s : {&m.armcc_params, &m.armcpp_params, &m.tcc_params, &m.tcpp_params}) {
-        EXPECT_EQ(" -O0 -g+", *s);
-    }
-    EXPECT_EQ("", m.spare_params);
-    EXPECT_EQ(" -elf", m.fromelf_params);
-    EXPECT_EQ("", m.user_app_file);
-    EXPECT_FALSE(m.has_user_app_file);
-}
-
 TEST_F(PluginTest, UnloadFreesTheServiceModule) {
     Start();
     app.reset();
     ASSERT_EQ(1u, fake.libraries.freed.size());
     EXPECT_EQ(kServiceHandle, fake.libraries.freed[0]);
-}
-
-TEST_F(PluginTest, GetInterfaceTwiceKeepsTheHostSlotsAndTheIdleOnes) {
-    PluginInterface* t = Start();
-    const PluginInterface filled = *t;
-    t->idle12 = reinterpret_cast<void*>(0x12);
-    t->idle24 = reinterpret_cast<void*>(0x24);
-    t->idle29 = reinterpret_cast<void*>(0x29);
-    t->Attach = nullptr;  // a plug-in slot the host overwrote by mistake
-    PluginInterface* again = app->GetInterface();
-    EXPECT_EQ(t, again);
-    EXPECT_EQ(filled.CommitNode, again->CommitNode);
-    EXPECT_EQ(filled.WriteOutput, again->WriteOutput);
-    EXPECT_EQ(filled.RegisterToolchain, again->RegisterToolchain);
-    EXPECT_EQ(filled.HostCall34, again->HostCall34);
-    EXPECT_EQ(reinterpret_cast<void*>(0x12), again->idle12);
-    EXPECT_EQ(reinterpret_cast<void*>(0x24), again->idle24);
-    EXPECT_EQ(reinterpret_cast<void*>(0x29), again->idle29);
-    EXPECT_NE(nullptr, again->Attach);  // plug-in slots are written again
 }
 
 TEST_F(PluginTest, GetInterfaceLeavesEveryHostAndIdleSlotUntouched) {
@@ -146,7 +109,7 @@ TEST_F(PluginTest, GetInterfaceLeavesEveryHostAndIdleSlotUntouched) {
     auto* words = reinterpret_cast<void**>(t);
     const int plugin_slots[] = {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 20, 21, 22, 35, 36, 37};
     for (int i = 0; i < kSlotCount; ++i) words[i] = reinterpret_cast<void*>(static_cast<uintptr_t>(0xA000 + i));
-    app->GetInterface();
+    EXPECT_EQ(t, app->GetInterface());
     for (int i = 0; i < kSlotCount; ++i) {
         bool plugin = std::find(std::begin(plugin_slots), std::end(plugin_slots), i) != std::end(plugin_slots);
         void* marker = reinterpret_cast<void*>(static_cast<uintptr_t>(0xA000 + i));

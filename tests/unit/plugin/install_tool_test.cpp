@@ -108,16 +108,6 @@ TEST_F(InstallToolTest, ANewTargetGetsEveryDefaultByteForByteInOrder) {
     EXPECT_EQ(1u, host.commits.size());
 }
 
-TEST_F(InstallToolTest, NewTargetCompilerSwitchesKeepTheirLeadingBlank) {
-    ConfigNode* debug = AddTarget("Debug");
-    table->InstallTool(debug);
-    for (const char* key : {"ADS_GArmCCParam", "ADS_GArmCppParam", "ADS_GThmCCParam", "ADS_GThmCppParam"}) {
-        EXPECT_STREQ(" -O0 -g+", debug->GetAttribute(key)) << key;
-    }
-    EXPECT_STREQ(" -keep -split_ldm -g", debug->GetAttribute("ADS_GArmAsmParam"));
-    EXPECT_STREQ(" -elf", debug->GetAttribute("ADS_FromELFParam"));
-}
-
 TEST_F(InstallToolTest, TheSimulatorClockComesFromTheHostWhenItHasOne) {
     struct Row {
         const char* name;

@@ -1,5 +1,5 @@
-// ads_test_child: the program the runner tests start. Its arguments are a
-// little script, done in order:
+// ads_test_child: the program the runner's and the make engine's tests
+// start. Its arguments are a little script, done in order:
 //   --args          print every later argument as "arg=[...]", one a line
 //   --out TEXT      print TEXT and a line end on standard output
 //   --err TEXT      print TEXT and a line end on standard error
@@ -8,6 +8,9 @@
 //   --sleep MS      wait MS milliseconds
 //   --wait-for FILE MS  wait until FILE exists, at most MS milliseconds; print
 //                   "released" or "timed out"
+//   --write PATH    create or overwrite PATH with "object\n" ("\" counts as "/")
+//   --meet DIR NAME N   create DIR/NAME, then wait until DIR holds N entries;
+//                   after 20 s print "nobody came" and end with code 3
 //   --signal        end by SIGTERM (POSIX only)
 //   --exit N        end with exit code N
 // Every write is flushed at once, so the order in the shared pipe is the order
@@ -18,6 +21,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <fstream>
 #include <string>
 #include <thread>
 
@@ -31,6 +35,25 @@ namespace {
 void Write(std::FILE* stream, const std::string& text) {
     std::fwrite(text.data(), 1, text.size(), stream);
     std::fflush(stream);
+}
+
+std::filesystem::path PathOf(std::string text) {
+#ifndef _WIN32
+    for (char& c : text) {
+        if (c == '\\') c = '/';
+    }
+#endif
+    return std::filesystem::path(text);
+}
+
+size_t Entries(const std::filesystem::path& dir) {
+    std::error_code ignored;
+    size_t n = 0;
+    for (auto it = std::filesystem::directory_iterator(dir, ignored); it != std::filesystem::directory_iterator();
+         it.increment(ignored)) {
+        ++n;
+    }
+    return n;
 }
 
 }  // namespace
@@ -66,6 +89,24 @@ int main(int argc, char** argv) {
                 std::this_thread::sleep_for(std::chrono::milliseconds(20));
             }
             Write(stdout, std::filesystem::exists(file) ? "released\n" : "timed out\n");
+        } else if (verb == "--write" && has_value) {
+            std::ofstream out(PathOf(argv[++i]), std::ios::binary | std::ios::trunc);
+            out << "object\n";
+            if (!out) return 4;
+        } else if (verb == "--meet" && i + 3 < argc) {
+            const std::filesystem::path dir = PathOf(argv[i + 1]);
+            const std::string name = argv[i + 2];
+            const size_t count = static_cast<size_t>(std::atol(argv[i + 3]));
+            i += 3;
+            std::ofstream(dir / name) << name;
+            const auto give_up = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+            while (Entries(dir) < count) {
+                if (std::chrono::steady_clock::now() > give_up) {
+                    Write(stdout, "nobody came\n");
+                    return 3;
+                }
+                std::this_thread::sleep_for(std::chrono::milliseconds(10));
+            }
         } else if (verb == "--signal") {
             std::raise(SIGTERM);
         } else if (verb == "--exit" && has_value) {
