@@ -87,12 +87,15 @@ public:
                            page_.controls[j].slot == c.slot;
                          ++j) {
                         const int w = ButtonWidth(page_.controls[j].label);
-                        right -= w;
-                        buttons.push_back(Placed{Piece::kButton, static_cast<int>(j), -1, page_.controls[j].label, right,
+                        right -= w + 2;
+                        buttons.push_back(Placed{Piece::kButton, static_cast<int>(j), -1, page_.controls[j].label, 0,
                                                  y - 1, w, kButtonHeight});
-                        right -= 2;
                     }
-                    std::reverse(buttons.begin(), buttons.end());
+                    int x = right + 2;
+                    for (Placed& button : buttons) {
+                        button.x = x;
+                        x += button.w + 2;
+                    }
                     add(Piece::kEdit, -1, {}, 0, y, right, kFieldHeight);
                     b.pieces.insert(b.pieces.end(), buttons.begin(), buttons.end());
                     y += buttons.empty() ? kFieldHeight : kButtonHeight - 1;
@@ -139,6 +142,12 @@ public:
             const std::string& group = cs[i].group;
             if (!group.empty()) {
                 while (j < cs.size() && cs[j].group == group) ++j;
+            } else if (cs[i].kind == ControlKind::kEdit) {
+                // The field's own buttons stay in its block.
+                while (j < cs.size() && cs[j].kind == ControlKind::kButton && cs[j].slot == cs[i].slot &&
+                       cs[i].slot >= 0) {
+                    ++j;
+                }
             }
             const bool own_box = j == i + 1 && cs[i].kind == ControlKind::kRadioGroup &&
                                  (cs[i].label.empty() || cs[i].label == group);
