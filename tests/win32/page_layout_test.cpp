@@ -30,7 +30,9 @@ void CheckLayout(const PageDescription& page, int preferred) {
         EXPECT_TRUE(p.x >= 0 && p.y >= 0 && p.w > 0 && p.h > 0 && p.x + p.w <= kWidth && p.y + p.h <= layout.height)
             << p.text << " at " << p.x << "," << p.y << " " << p.w << "x" << p.h << " in " << kWidth << "x"
             << layout.height;
-        if (p.control >= 0) placed.insert({p.control, p.choice});
+        const bool list_button = p.piece == Piece::kAdd || p.piece == Piece::kReplace || p.piece == Piece::kDelete;
+        if (p.control >= 0) placed.insert({p.control, list_button ? -1 : p.choice});
+        if (list_button && p.choice >= 0) placed.insert({p.choice, -1});
         for (const Placed& q : layout.pieces) {
             if (&p == &q) continue;
             if (p.piece != Piece::kGroupBox && q.piece != Piece::kGroupBox) {
@@ -81,6 +83,9 @@ TEST(PageLayoutTest, EveryPageAndTheEdgesOfTheLayoutFitWithoutOverlap) {
                       Make(ControlKind::kButton, "Edit...", "Scatter", 3),
                       Make(ControlKind::kCheckBox, "Alone", "Scatter", -1),
                       Make(ControlKind::kTextList, "Entries", "", 4),
+                      Make(ControlKind::kButton, "Delete", "", -1),
+                      Make(ControlKind::kButton, "Add", "", -1),
+                      Make(ControlKind::kButton, "Other", "", -1),
                       Make(ControlKind::kCombo, "Pick", "Two", 5, 3),
                       Make(ControlKind::kRadioGroup, "", "Two", 6, 2)};
     pages.push_back(edges);

@@ -162,8 +162,10 @@ std::vector<std::string> WindowDriver::CommandLines() const {
 }
 
 bool WindowDriver::Capture(const std::string& path) const {
+    // The client area: without a window manager the frame is not drawn.
     RECT r;
-    GetWindowRect(dialog_, &r);
+    GetClientRect(dialog_, &r);
+    MapWindowPoints(dialog_, nullptr, reinterpret_cast<POINT*>(&r), 2);
     const int w = r.right - r.left, h = r.bottom - r.top;
     HDC screen = GetDC(nullptr);
     HDC dc = CreateCompatibleDC(screen);
@@ -179,12 +181,12 @@ bool WindowDriver::Capture(const std::string& path) const {
     bool ok = dib != nullptr;
     if (ok) {
         HGDIOBJ old = SelectObject(dc, dib);
-        RedrawWindow(dialog_, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
-        if (!PrintWindow(dialog_, dc, 0)) {
-            HDC window = GetWindowDC(dialog_);
-            BitBlt(dc, 0, 0, w, h, window, 0, 0, SRCCOPY);
-            ReleaseDC(dialog_, window);
-        }
+        // The screen as it shows the dialog: a printed window leaves out
+        // its child controls here. The dialog's thread paints first.
+        RedrawWindow(dialog_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+        SendMessageA(dialog_, WM_NULL, 0, 0);
+        std::this_thread::sleep_for(std::chrono::milliseconds(150));
+        BitBlt(dc, 0, 0, w, h, screen, r.left, r.top, SRCCOPY);
         GdiFlush();
         const DWORD stride = ((static_cast<DWORD>(w) * 3 + 3) & ~3u);
         const DWORD size = stride * static_cast<DWORD>(h);

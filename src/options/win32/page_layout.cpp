@@ -1,6 +1,9 @@
 #include "options/win32/page_layout.h"
 
 #include <algorithm>
+#include <array>
+#include <map>
+#include <utility>
 
 namespace ads::options::win32 {
 
@@ -16,6 +19,8 @@ constexpr int kBoxTop = 11;
 constexpr int kBoxSide = 6;
 constexpr int kBoxBottom = 5;
 constexpr int kColumnGap = 6;
+constexpr Piece kListPieces[] = {Piece::kAdd, Piece::kReplace, Piece::kDelete};
+constexpr const char* kListButtons[] = {"Add", "Replace", "Delete"};
 
 int ButtonWidth(const std::string& text) {
     if (text == "...") return 16;
@@ -30,7 +35,26 @@ struct Block {
 
 class Builder {
 public:
-    explicit Builder(const PageDescription& page) : page_(page) {}
+    // A page's own "Add", "Replace" and "Delete" after a list (before the
+    // next one) edit that list.
+    explicit Builder(const PageDescription& page) : page_(page) {
+        int list = -1;
+        for (size_t i = 0; i < page.controls.size(); ++i) {
+            const Control& c = page.controls[i];
+            if (c.kind == ControlKind::kTextList) {
+                list = static_cast<int>(i);
+                own_[i] = {-1, -1, -1};
+            }
+            if (c.kind != ControlKind::kButton || list < 0) continue;
+            for (size_t k = 0; k < 3; ++k) {
+                auto& slot = own_[static_cast<size_t>(list)][k];
+                if (c.label == kListButtons[k] && slot < 0) {
+                    slot = static_cast<int>(i);
+                    list_of_[i] = {list, kListPieces[k]};
+                }
+            }
+        }
+    }
 
     // The controls [first, last) as one block `width` wide.
     Block Run(size_t first, size_t last, int width) const {
@@ -110,18 +134,27 @@ public:
                     }
                     add(Piece::kList, -1, {}, 0, y, width, kListHeight);
                     y += kListHeight + 2;
+                    // The list's buttons that the page does not show itself.
                     const int bw = 34;
                     const int ew = width - 3 * (bw + 2);
                     add(Piece::kEntry, -1, {}, 0, y + 1, ew, kFieldHeight);
-                    add(Piece::kAdd, -1, "Add", ew + 2, y, bw, kButtonHeight);
-                    add(Piece::kReplace, -1, "Replace", ew + 4 + bw, y, bw, kButtonHeight);
-                    add(Piece::kDelete, -1, "Delete", ew + 6 + 2 * bw, y, bw, kButtonHeight);
+                    const auto mine = own_.find(i);
+                    for (int k = 0; k < 3; ++k) {
+                        if (mine != own_.end() && mine->second[static_cast<size_t>(k)] >= 0) continue;
+                        add(kListPieces[k], -1, kListButtons[k], ew + 2 + k * (bw + 2), y, bw, kButtonHeight);
+                    }
                     y += kButtonHeight;
                     break;
                 }
                 case ControlKind::kButton: {
                     const int w = ButtonWidth(c.label);
-                    add(Piece::kButton, -1, c.label, 0, y, w, kButtonHeight);
+                    const auto list = list_of_.find(i);
+                    if (list != list_of_.end()) {
+                        b.pieces.push_back(Placed{list->second.second, list->second.first, index, c.label, 0, y, w,
+                                                  kButtonHeight});
+                    } else {
+                        add(Piece::kButton, -1, c.label, 0, y, w, kButtonHeight);
+                    }
                     y += kButtonHeight;
                     break;
                 }
@@ -172,6 +205,8 @@ public:
 
 private:
     const PageDescription& page_;
+    std::map<size_t, std::array<int, 3>> own_;              // list -> its buttons on the page
+    std::map<size_t, std::pair<int, Piece>> list_of_;        // button -> its list, what it does
 };
 
 int Stacked(const std::vector<Block>& blocks, size_t first, size_t last) {

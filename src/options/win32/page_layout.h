@@ -21,7 +21,8 @@ enum class Piece { kGroupBox, kLabel, kCheck, kRadio, kCombo, kEdit, kList, kEnt
 struct Placed {
     Piece piece;
     int control;      // index in the description; -1 for a box or label of a group
-    int choice;       // radio button: index among the choices; else -1
+    int choice;       // radio button: index among the choices; a list's button:
+                      // the page's button it stands for; else -1
     std::string text; // caption, label or button text
     int x, y, w, h;
 };
