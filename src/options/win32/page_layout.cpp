@@ -136,12 +136,14 @@ public:
                     y += kListHeight + 2;
                     // The list's buttons that the page does not show itself.
                     const int bw = 34;
-                    const int ew = width - 3 * (bw + 2);
-                    add(Piece::kEntry, -1, {}, 0, y + 1, ew, kFieldHeight);
-                    const auto mine = own_.find(i);
+                    const auto& shown = own_.at(i);
+                    const int missing = static_cast<int>(std::count(shown.begin(), shown.end(), -1));
+                    int x = width - missing * (bw + 2);
+                    add(Piece::kEntry, -1, {}, 0, y + 1, x, kFieldHeight);
                     for (int k = 0; k < 3; ++k) {
-                        if (mine != own_.end() && mine->second[static_cast<size_t>(k)] >= 0) continue;
-                        add(kListPieces[k], -1, kListButtons[k], ew + 2 + k * (bw + 2), y, bw, kButtonHeight);
+                        if (shown[static_cast<size_t>(k)] >= 0) continue;
+                        add(kListPieces[k], -1, kListButtons[k], x + 2, y, bw, kButtonHeight);
+                        x += bw + 2;
                     }
                     y += kButtonHeight;
                     break;

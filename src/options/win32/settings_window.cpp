@@ -18,7 +18,8 @@ namespace {
 constexpr int kMargin = 7;
 constexpr int kTreeWidth = 120;
 constexpr int kPageWidth = 290;
-constexpr int kPagePreferred = 190;
+// A page taller than this in one column is laid out in two.
+constexpr int kPageMaxHeight = 250;
 constexpr int kTabHeader = 15;
 constexpr int kToolRow = 14;
 constexpr int kButtonWidth = 50;
@@ -69,7 +70,8 @@ public:
         if (images_ != nullptr) ImageList_Destroy(images_);
     }
 
-    // The tallest page decides the page area.
+    // The tallest page decides the page area; every page that fits it in
+    // one column is shown so.
     void Measure() {
         page_height_ = 120;
         const std::string selected = model_.SelectedItem();
@@ -82,7 +84,7 @@ public:
                 if (!t.empty() && !model_.SelectTab(t).empty()) continue;
                 if (DialogPage* page = model_.ShownPage()) {
                     page_height_ = std::max(page_height_,
-                                            LayOutPage(page->Description(), kPageWidth - 12, kPagePreferred).height);
+                                            LayOutPage(page->Description(), kPageWidth - 12, kPageMaxHeight).height);
                 }
             }
         }
@@ -226,7 +228,7 @@ private:
             if (!view) {
                 const int left = kMargin + kTreeWidth + 6 + 6;
                 view = std::make_unique<PageView>(this, page, LayOutPage(page->Description(), kPageWidth - 12,
-                                                                         kPagePreferred),
+                                                                         page_height_),
                                                   left, PageTop(), &next_id_);
             }
             shown_ = view.get();
