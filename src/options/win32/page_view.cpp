@@ -28,7 +28,8 @@ std::string ListText(HWND list, int index) {
 
 }  // namespace
 
-PageView::PageView(DialogWindow* owner, DialogPage* page, const PageLayout& layout, int x, int y, int* next_id)
+PageView::PageView(DialogWindow* owner, DialogPage* page, const PageLayout& layout, int x, int y, int* next_id,
+                   HWND after)
     : owner_(owner), page_(page) {
     const PageDescription& d = page->Description();
     for (const Placed& p : layout.pieces) {
@@ -66,6 +67,8 @@ PageView::PageView(DialogWindow* owner, DialogPage* page, const PageLayout& layo
         HWND hwnd = owner_->CreateControl(cls, p.text, style, x + p.x, y + p.y, p.w, h, id, ex);
         if (hwnd == nullptr) continue;
         windows_.push_back(hwnd);
+        SetWindowPos(hwnd, after, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+        after = hwnd;
         if (p.piece == Piece::kCombo) {
             for (const Choice& c : d.controls[static_cast<size_t>(p.control)].choices) {
                 SendMessageA(hwnd, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(c.label.c_str()));

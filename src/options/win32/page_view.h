@@ -15,8 +15,10 @@ namespace ads::options::win32 {
 class PageView : public PageHost {
 public:
     // Creates the controls in `owner` with ids from *next_id on, the page's
-    // top left corner at (x, y) dialog units.
-    PageView(DialogWindow* owner, DialogPage* page, const PageLayout& layout, int x, int y, int* next_id);
+    // top left corner at (x, y) dialog units; in the tab order right after
+    // `after`.
+    PageView(DialogWindow* owner, DialogPage* page, const PageLayout& layout, int x, int y, int* next_id,
+             HWND after);
     ~PageView() override;
 
     void Show(bool visible) override;

@@ -229,7 +229,7 @@ private:
                 const int left = kMargin + kTreeWidth + 6 + 6;
                 view = std::make_unique<PageView>(this, page, LayOutPage(page->Description(), kPageWidth - 12,
                                                                          page_height_),
-                                                  left, PageTop(), &next_id_);
+                                                  left, PageTop(), &next_id_, tabs_);
             }
             shown_ = view.get();
             shown_->Refresh();
