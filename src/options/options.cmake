@@ -23,3 +23,7 @@ add_library(ads_options STATIC
   ${CMAKE_CURRENT_LIST_DIR}/property_page.cpp)
 target_include_directories(ads_options PUBLIC ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR}/include)
 target_link_libraries(ads_options PUBLIC ads_config PRIVATE ads_warnings)
+
+if(WIN32)
+  include(${CMAKE_CURRENT_LIST_DIR}/win32/win32.cmake)
+endif()

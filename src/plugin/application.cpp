@@ -11,6 +11,9 @@
 #include "plugin/settings_dialog.h"
 #include "plugin/slots.h"
 #include "build/tool_choice.h"
+#ifdef _WIN32
+#include "options/win32/settings_window.h"
+#endif
 
 namespace ads::plugin {
 
@@ -287,9 +290,11 @@ int Application::ShowSettings(ConfigNode* node) {
 }
 
 DialogOutcome Application::RunSettingsDialog(ConfigNode* node) {
-    // The IDE's windows come with the dialog's pages; until then only a
-    // windowless host sees the dialog.
+    // A windowless host drives the dialog through its table; the IDE gets
+    // the dialog's window (on Windows; elsewhere there is none to show).
+#ifndef _WIN32
     if (ui_ == nullptr) return DialogOutcome{};
+#endif
     FindCurrentConfiguration();
     options::DialogContext context;
     context.project = project_root_;
@@ -304,6 +309,13 @@ DialogOutcome Application::RunSettingsDialog(ConfigNode* node) {
         return item == options::kArmDebugItem ? debug::MakeArmDebugPage(platform_) : options::MakeItemPage(item);
     };
     plugin::SettingsDialog dialog(settings_kind_, std::move(context), pages, std::move(via));
+#ifdef _WIN32
+    if (ui_ == nullptr) {
+        const int answer = options::win32::RunSettingsWindow(reinterpret_cast<void*>(context_.main_window),
+                                                             dialog.Model());
+        return DialogOutcome{answer == kAdsIdOk ? kAdsIdOk : kAdsIdCancel, dialog.Model().Saved()};
+    }
+#endif
     const int result = dialog.RunHeadless(*ui_);
     return DialogOutcome{result, dialog.Model().Saved()};
 }

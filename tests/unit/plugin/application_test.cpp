@@ -271,9 +271,16 @@ TEST_F(PluginTest, ShowSettingsClassifiesTheNodeForTheDialog) {
     EXPECT_FALSE(app->targets()[1].current);
 }
 
+int ADS_CALL UiCancel(void*, const AdsSettingsDialog*) { return kIdCancel; }
+
 TEST_F(PluginTest, ShowSettingsCancelledChangesNothing) {
     MakeProject();
     PluginInterface* t = Start();
+    // Answered by a windowless host: on Windows the IDE's dialog is a window.
+    const AdsHostUi ui = {nullptr, UiCancel, nullptr, nullptr};
+    AdsHostContext context{};
+    context.ui = &ui;
+    ASSERT_EQ(1, t->Attach(&context));
     t->InstallTool(project.get());
     t->SetCurrentTarget(1, "Debug");
     host.commits.clear();

@@ -1,0 +1,81 @@
+// The plug-in with a fake host and a project (target Debug, a C file and an
+// assembler file), whose settings window a second thread drives while the
+// plug-in's ShowSettings runs it.
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <thread>
+
+#include "plugin/application.h"
+#include "support/fake_host.h"
+#include "support/fake_platform.h"
+#include "win32/window_driver.h"
+
+namespace ads::testing {
+
+class SettingsProject {
+public:
+    SettingsProject() {
+        fake.libraries.free_null_succeeds = true;  // no service module: the table stays zeroed
+        project = std::make_unique<ConfigNode>("OrvaneProject");
+        project->SetAttribute("Name", "demo");
+        auto* configs = new ConfigNode("Configurations");
+        project->AppendChild(configs);
+        auto* debug = new ConfigNode("Configuration");
+        debug->SetAttribute("Name", "Debug");
+        configs->AppendChild(debug);
+        auto* files = new ConfigNode("Files");
+        project->AppendChild(files);
+        c_file = AddFile(files, "src\\main.c", 1);
+        asm_file = AddFile(files, "src\\boot.s", 2);
+        app = std::make_unique<plugin::Application>(fake.platform);
+        table = app->GetInterface();
+        host.FillSlots(table);
+        table->InstallTool(project.get());
+        table->SetCurrentTarget(1, "Debug");
+        target = debug;
+    }
+
+    // ShowSettings on `node` while `drive` runs on a second thread once the
+    // window is visible (or with no window after 20 s). Returns the slot's
+    // answer; *shown_after is the time from the call to the visible window.
+    int Show(ConfigNode* node, const std::function<void(WindowDriver&)>& drive, double* shown_after,
+             bool* seen = nullptr) {
+        const auto start = std::chrono::steady_clock::now();
+        bool found = false;
+        std::thread driver([&] {
+            WindowDriver d;
+            found = d.Wait("ADS ARM Settings", 20);
+            if (shown_after != nullptr) {
+                *shown_after = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+            }
+            if (found) drive(d);
+        });
+        const int answer = table->ShowSettings(node);
+        driver.join();
+        if (seen != nullptr) *seen = found;
+        return answer;
+    }
+
+    FakeHost host;
+    FakePlatform fake;
+    std::unique_ptr<ConfigNode> project;
+    ConfigNode* target = nullptr;
+    ConfigNode* c_file = nullptr;
+    ConfigNode* asm_file = nullptr;
+    std::unique_ptr<plugin::Application> app;
+    PluginInterface* table = nullptr;
+
+private:
+    static ConfigNode* AddFile(ConfigNode* files, const char* path, int type) {
+        auto* f = new ConfigNode("File");
+        f->SetAttribute("RelativePath", path);
+        f->SetAttributeInt("FileType", type);
+        files->AppendChild(f);
+        return f;
+    }
+};
+
+}  // namespace ads::testing
