@@ -17,5 +17,8 @@ start_virtual_display() {
     return 0
   fi
   export DISPLAY=":$number"
+  # A wine desktop left from an earlier run keeps its own display: end it, so
+  # that the windows of this run open on this one.
+  if command -v wineserver >/dev/null; then wineserver -k 2>/dev/null || true; fi
   trap "kill $pid 2>/dev/null || true" EXIT
 }

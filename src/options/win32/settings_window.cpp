@@ -88,6 +88,7 @@ public:
                 }
             }
         }
+        page_height_ = std::min(page_height_, kPageMaxHeight);
         if (!selected.empty()) model_.Select(selected);
         if (!tab.empty()) model_.SelectTab(tab);
     }
@@ -227,9 +228,13 @@ private:
             auto& view = views_[page];
             if (!view) {
                 const int left = kMargin + kTreeWidth + 6 + 6;
-                view = std::make_unique<PageView>(this, page, LayOutPage(page->Description(), kPageWidth - 12,
-                                                                         page_height_),
-                                                  left, PageTop(), &next_id_, tabs_);
+                PageLayout layout = LayOutPage(page->Description(), kPageWidth - 12, page_height_);
+                // A page taller than the area even in two columns (the debugger's
+                // 32 storage rows) shows what fits: the window never outgrows the screen.
+                layout.pieces.erase(std::remove_if(layout.pieces.begin(), layout.pieces.end(),
+                                                   [this](const Placed& p) { return p.y + p.h > page_height_; }),
+                                    layout.pieces.end());
+                view = std::make_unique<PageView>(this, page, std::move(layout), left, PageTop(), &next_id_, tabs_);
             }
             shown_ = view.get();
             shown_->Refresh();
