@@ -118,12 +118,30 @@ private:
 };
 
 namespace {
-// Never destroyed: a node that outlives static destruction (a leaked or a
-// static tree) still releases into a live store.
+// Kept past static destruction while it holds anything: a node that outlives
+// it (a leaked or a static tree) still releases into a live store.
+TextStore*& StorePointer() {
+    static TextStore* store = nullptr;
+    return store;
+}
+
 TextStore& ThisModuleStore() {
-    static TextStore* store = new TextStore;
+    TextStore*& store = StorePointer();
+    if (store == nullptr) store = new TextStore;
     return *store;
 }
+
+// A module that is unloaded (the plug-in freed by its host) takes its empty
+// store with it; its pointer would otherwise go, and the store be lost.
+struct EmptyStoreRelease {
+    ~EmptyStoreRelease() {
+        TextStore*& store = StorePointer();
+        if (store != nullptr && store->Count() == 0) {
+            delete store;
+            store = nullptr;
+        }
+    }
+} empty_store_release;
 }  // namespace
 
 const SharedAttribute* AcquireAttribute(std::string_view name, std::string_view value) {

@@ -37,7 +37,8 @@ ads_add_fuzz_target(importer_fuzz
   LIBS ads_config tinyxml)
 # orvhost's project file reader and writer, with the tree.
 ads_add_fuzz_target(project_fuzz
-  SOURCES ${PROJECT_SOURCE_DIR}/host/project_file.cpp ${ADS_SRC}/config/config_node.cpp)
+  SOURCES ${PROJECT_SOURCE_DIR}/host/project_file.cpp ${ADS_SRC}/config/config_node.cpp
+          ${ADS_SRC}/config/shared_attributes.cpp)
 # The registry kept in a .reg file.
 ads_add_fuzz_target(registry_fuzz SOURCES ${ADS_SRC}/platform/registry_file.cpp ${ADS_SRC}/platform/folders.cpp)
 # The settings dialog's model over random projects and clicks.
