@@ -10,15 +10,16 @@ namespace ads::testing {
 
 namespace {
 
+// A callback of the system's calling convention (a lambda is not one in the
+// 32-bit build).
+BOOL CALLBACK AddChild(HWND hwnd, LPARAM list) {
+    reinterpret_cast<std::vector<HWND>*>(list)->push_back(hwnd);
+    return TRUE;
+}
+
 std::vector<HWND> Children(HWND parent) {
     std::vector<HWND> out;
-    EnumChildWindows(
-        parent,
-        [](HWND hwnd, LPARAM list) {
-            reinterpret_cast<std::vector<HWND>*>(list)->push_back(hwnd);
-            return TRUE;
-        },
-        reinterpret_cast<LPARAM>(&out));
+    EnumChildWindows(parent, AddChild, reinterpret_cast<LPARAM>(&out));
     return out;
 }
 
