@@ -64,7 +64,12 @@ PageView::PageView(DialogWindow* owner, DialogPage* page, const PageLayout& layo
             case Piece::kButton: style |= BS_PUSHBUTTON; break;
         }
         const int id = (*next_id)++;
-        HWND hwnd = owner_->CreateControl(cls, p.text, style, x + p.x, y + p.y, p.w, h, id, ex);
+        // A label broken over two lines in the page's data shows on one.
+        std::string text;
+        for (char ch : p.text) {
+            if (ch != '\n' && ch != '\r') text += ch;
+        }
+        HWND hwnd = owner_->CreateControl(cls, text, style, x + p.x, y + p.y, p.w, h, id, ex);
         if (hwnd == nullptr) continue;
         windows_.push_back(hwnd);
         SetWindowPos(hwnd, after, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
