@@ -29,18 +29,9 @@ std::string Hex(uint32_t value) {
 
 int CommandDebugOptions(const Arguments& args, platform::Platform& platform) {
     const std::string& project = args[0];
-    std::string target = args.Value("--target");
     Session s(platform);
     s.Open(project);
-    if (args.Has("--target")) {
-        if (FindConfiguration(s.root_.get(), target) == nullptr) Fail(project + ": no target named '" + target + "'");
-    } else {
-        ConfigNode* configs = s.root_->FindChild(config::kConfigurationsNode);
-        ConfigNode* first = configs ? configs->FirstChild() : nullptr;
-        if (first == nullptr) Fail(project + ": the project has no target");
-        const char* name = first->GetAttribute(config::kNameKey);
-        target = name ? name : "";
-    }
+    const std::string target = ChosenTarget(s.root_.get(), project, args.Has("--target"), args.Value("--target"));
 
     std::string pane;
     s.host_.SetOutput(&pane);

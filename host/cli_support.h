@@ -72,6 +72,20 @@ inline ConfigNode* FindFileNode(ConfigNode* root, const std::string& path) {
 }
 
 // Which source kind orvhost gives a file, by its extension.
+// The target a command works on: the one `--target` names, which must be in
+// the project, else the project's first.
+inline std::string ChosenTarget(ConfigNode* root, const std::string& project, bool named, const std::string& target) {
+    if (named) {
+        if (FindConfiguration(root, target) == nullptr) Fail(project + ": no target named '" + target + "'");
+        return target;
+    }
+    ConfigNode* configs = root->FindChild(config::kConfigurationsNode);
+    ConfigNode* first = configs ? configs->FirstChild() : nullptr;
+    if (first == nullptr) Fail(project + ": the project has no target");
+    const char* name = first->GetAttribute(config::kNameKey);
+    return name ? name : "";
+}
+
 inline int FileTypeFor(const std::string& path) {
     const std::string ext = Lower(platform::ExtensionOf(path));
     if (ext == ".c") return config::kKindC;
