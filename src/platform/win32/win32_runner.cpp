@@ -15,6 +15,7 @@
 #include "platform/platform.h"
 #include "platform/win32/win32_backend.h"
 
+#include <algorithm>
 #include <mutex>
 #include <vector>
 
@@ -134,13 +135,23 @@ RunResult Win32ProcessRunner::Run(const std::string& command_line,
         DWORD flags = CREATE_NO_WINDOW;
         if (inherit.get()) flags |= EXTENDED_STARTUPINFO_PRESENT;
 
-        if (!::CreateProcessA(nullptr, line.data(), nullptr, nullptr, TRUE, flags, nullptr,
-                              working_directory.empty() ? nullptr : working_directory.c_str(),
-                              &startup.StartupInfo, &process)) {
+        // A child that dies while it is being set up is reported as an
+        // internal error (wine does so under load, before the program's own
+        // code has run): nothing of the program ran, so it is started again.
+        for (int attempt = 0;; ++attempt) {
+            if (::CreateProcessA(nullptr, line.data(), nullptr, nullptr, TRUE, flags, nullptr,
+                                 working_directory.empty() ? nullptr : working_directory.c_str(),
+                                 &startup.StartupInfo, &process)) {
+                start_error = 0;
+                break;
+            }
             start_error = ::GetLastError();
-        } else if (slot >= 0) {
-            interrupt::RunningChildren().Set(slot, process.hProcess);
+            if (start_error != ERROR_INTERNAL_ERROR || attempt == 2) break;
+            ::Sleep(50 * (attempt + 1));
+            // The command line may have been written into: start from the original.
+            std::copy(command_line.begin(), command_line.end(), line.begin());
         }
+        if (start_error == 0 && slot >= 0) interrupt::RunningChildren().Set(slot, process.hProcess);
         // write_end and input close here, before another run may start:
         // from now on only the child holds the pipe's write end.
     }
