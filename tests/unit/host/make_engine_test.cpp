@@ -351,23 +351,6 @@ TEST(MakeEngine, CommandsRunTogetherAndTheirOutputsReachTheParserInFileOrder) {
     EXPECT_EQ("", s.diagnostics);
 }
 
-TEST(MakeEngine, EveryPluginCallIsMadeOnTheCallingThread) {
-    for (int jobs : {1, 3}) {
-        Scene s;
-        for (int i = 0; i < 7; ++i) {
-            const std::string name = "f" + std::to_string(i);
-            s.AddSource(name);
-            s.Touch("src/" + name + ".c", 0);
-            s.fake.sets["src\\" + name + ".c"] = {s.Full("src/" + name + ".c")};
-        }
-        s.engine->SetJobs(jobs);
-        ASSERT_TRUE(s.Make()) << s.diagnostics;
-        const size_t first_asks = jobs > 1 ? 7 : 0;
-        EXPECT_EQ(first_asks + 8u + 8u + 7u, s.fake.log.size()) << "asks, parses and lookups, -j " << jobs;
-        EXPECT_EQ(0, s.fake.calls_off_main_thread) << "-j " << jobs;
-    }
-}
-
 // Two scans that can only end together (each waits for the other to
 // start): they run at once on the workers, and the plug-in, asked again,
 // reads their results. The first ask's pane text is dropped.

@@ -6,10 +6,8 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <map>
 #include <random>
-#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -91,12 +89,6 @@ std::string Dump(const ConfigNode& root) {
         n = n == &root ? nullptr : n->NextSibling();
     }
     return out;
-}
-
-std::string AllBytesFrom(int first) {
-    std::string text;
-    for (int c = first; c <= 255; ++c) text.push_back(static_cast<char>(c));
-    return text;
 }
 
 // Saves and loads the tree; checks that the loaded tree equals it and that
@@ -222,86 +214,6 @@ TEST(ProjectFile, HandWrittenNamesThatAreNoEscapeReadAsWritten) {
 // ---------------------------------------------------------------------------
 // Round trips
 
-TEST(ProjectFile, HostileNamesAndValuesSurviveSaveAndLoad) {
-    struct Case {
-        const char* label;
-        std::string element;
-        std::string attribute;
-        std::string value;
-    };
-    const Case cases[] = {
-        {"blanks", "Target 1", "build dir", " lead and trail "},
-        {"8-bit bytes", "Cible \xE9t\xE9", "\xA7\xFF", "r\xE9sum\xE9\x80\x9F"},
-        {"double quote", "a\"b", "\"", "say \"hi\""},
-        {"apostrophe", "it's", "'", "it's 'quoted'"},
-        {"CR LF", "a\r\nb", "x\r\ny", "line one\r\nline two\r\n"},
-        {"lone CR", "a\rb", "x\ry", "one\rtwo\r"},
-        {"lone LF", "a\nb", "x\ny", "\none\ntwo"},
-        {"tab", "a\tb", "\t", "\tcol\tcol\t"},
-        {"entity text taken literally", "&amp;", "&lt;", "&amp; &#65; &#x41; &bogus;"},
-        {"escape text taken literally", "_x41_", "_x_", "_x41_ _x_"},
-        {"markup characters", "<a>", "a=b", "<tag attr=\"v\"/> & more"},
-        {"colon and leading digit", "1:2", "9lives", "C:\\ADS\\Bin"},
-        {"empty names and value", "", "", ""},
-        {"control bytes", "\x01\x1F\x7F", "\x02\x1B", "\x01\x02\x08\x0B\x0C\x1B\x1F\x7F"},
-        {"every byte 1..255 in one value", "V", "v", AllBytesFrom(1)},
-        {"every byte in one element name", AllBytesFrom(0), "a", "v"},
-        {"every byte 1..255 in one attribute name", "N", AllBytesFrom(1), "v"},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.label);
-        // Neighbours on both sides show that names and values end where
-        // they should.
-        const auto tree = Build({
-            {0, "OrvaneProject", {}},
-            {1, "Before", {{"k", "1"}}},
-            {1, c.element, {{"first", "1"}, {c.attribute, c.value}, {"last", "2"}}},
-            {2, c.element, {{c.attribute, c.value}}},
-            {1, "After", {{"k", c.value}}},
-        });
-        ExpectRoundTrip(*tree);
-    }
-}
-
-TEST(ProjectFile, EmptyAttributeNameMayOccurSeveralTimesOnOneNode) {
-    ConfigNode root("OrvaneProject");
-    root.SetAttribute("", "first");
-    root.SetAttribute("name", "n");
-    root.SetAttribute("", "second");
-    root.SetAttribute("", "");
-    ASSERT_EQ(root.AttributeCount(), 4u);
-
-    const std::string text = SerializeProject(root);
-    EXPECT_NE(text.find("<OrvaneProject _x_=\"first\" name=\"n\" _x_=\"second\" _x_=\"\"/>"),
-              std::string::npos)
-        << text;
-    ExpectRoundTrip(root);
-}
-
-TEST(ProjectFile, AttributeAndChildOrderIsKept) {
-    const auto tree = Build({
-        {0, "OrvaneProject", {{"zeta", "1"}, {"alpha", "2"}, {"mid", "3"}}},
-        {1, "File", {{"name", "z.c"}}},
-        {1, "Folder", {{"name", "b"}}},
-        {2, "File", {{"name", "b2.c"}}},
-        {2, "File", {{"name", "b1.c"}}},
-        {1, "File", {{"name", "a.c"}}},
-        {1, "Target", {{"type", "lib"}, {"name", "t"}}},
-    });
-    ExpectRoundTrip(*tree);
-}
-
-TEST(ProjectFile, UserWordIsNotStored) {
-    ConfigNode root("OrvaneProject");
-    root.SetUserWord(0x1234);
-    const std::string text = SerializeProject(root);
-    EXPECT_EQ(text.find("1234"), std::string::npos);
-    EXPECT_EQ(text.find("4660"), std::string::npos);
-    const auto loaded = ParseProject(text, nullptr);
-    ASSERT_NE(loaded, nullptr);
-    EXPECT_EQ(loaded->UserWord(), 0u);
-}
-
 TEST(ProjectFile, RandomTreesSurviveSaveAndLoad) {
     // Texts drawn mostly from the characters that need care.
     const std::string tricky = "_x0aAZ:. -&;#<>\"'\t\r\n\x01\x7F\x80\xE9\xFF";
@@ -371,27 +283,6 @@ TEST(ProjectFile, ProjectNestedOneHundredThousandFoldersDeepLoadsAndSaves) {
     EXPECT_EQ(depth, kDepth + 1);
     EXPECT_EQ(deepest->Name(), "File");
     EXPECT_STREQ(deepest->Parent()->GetAttribute("name"), ("f" + std::to_string(kDepth - 1)).c_str());
-    EXPECT_EQ(SerializeProject(*loaded), text);
-}
-
-TEST(ProjectFile, ProjectWithOneHundredThousandFilesLoadsAndSaves) {
-    constexpr size_t kFiles = 100000;
-    ConfigNode root("OrvaneProject");
-    auto* target = new ConfigNode("Target");
-    target->SetAttribute("name", "Debug");
-    root.AppendChild(target);
-    for (size_t i = 0; i < kFiles; ++i) {
-        auto* file = new ConfigNode("File");
-        file->SetAttribute("name", "src\\file" + std::to_string(i) + ".c");
-        file->SetAttribute("options", "-O2 -DNAME=\"v\"");
-        target->AppendChild(file);
-    }
-
-    const std::string text = SerializeProject(root);
-    std::string error;
-    const auto loaded = ParseProject(text, &error);
-    ASSERT_NE(loaded, nullptr) << error;
-    EXPECT_EQ(Dump(*loaded), Dump(root));
     EXPECT_EQ(SerializeProject(*loaded), text);
 }
 

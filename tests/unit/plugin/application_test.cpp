@@ -145,23 +145,6 @@ TEST_F(PluginTest, AttachNeedsAContextAndKeepsACopyOfIt) {
     EXPECT_EQ(1, t->Attach(&empty));  // any context will do
 }
 
-TEST_F(PluginTest, AttachRegistersTheLocatedToolchainWithFifteenTexts) {
-    PluginInterface* t = Start();
-    app->toolchain().SetCandidateSource([] { return std::vector<std::string>{"C:\\ADS\\Bin"}; });
-    fake.files.listings["C:\\ADS\\Bin"] = {{"armcc.exe", false, false}, {"zz.txt", false, false}};
-    fake.files.files.insert("C:\\ADS\\Bin\\armasm.exe");
-    AdsHostContext context{};
-    EXPECT_EQ(1, t->Attach(&context));
-    ASSERT_EQ(1u, host.registrations.size());
-    const std::vector<std::string>& registered = host.registrations[0];
-    ASSERT_EQ(15u, registered.size());
-    EXPECT_EQ("ADS", registered[0]);
-    EXPECT_EQ("C:\\ADS\\Bin", registered[1]);
-    EXPECT_EQ("C:\\ADS\\Bin\\armasm.exe", registered[2]);
-    EXPECT_EQ("C:\\ADS\\Bin\\armar.exe", registered[9]);
-    for (const std::string& text : registered) EXPECT_FALSE(text.empty());
-}
-
 TEST_F(PluginTest, ARefusedRegistrationMakesInstallToolSaySo) {
     MakeProject();
     PluginInterface* t = Start();
@@ -355,14 +338,6 @@ TEST_F(PluginTest, WithoutAUiTableTheTraceGoesToStandardError) {
     EXPECT_EQ("ads_plugin: slot 37 ParseOutput: pane is gone\n", ::testing::internal::GetCapturedStderr());
 }
 #endif
-
-TEST_F(PluginTest, ReservedSlotsDoNothing) {
-    PluginInterface* t = Start();
-    t->Reserved11();
-    EXPECT_EQ(0, t->Reserved22(1, 2, 3));
-    EXPECT_EQ(0, t->Reserved35());
-    EXPECT_EQ("", host.pane);
-}
 
 TEST_F(PluginTest, Slot7ForwardsItsArgumentsToHostSlot34) {
     PluginInterface* t = Start();
