@@ -196,14 +196,10 @@ public:
     void Set(const std::string& name, const std::string& value) override { vars[name] = value; }
 };
 
+// Starts nothing: every command counts as not started.
 class FakeRunner : public platform::ProcessRunner {
 public:
-    std::vector<std::string> commands;
-    platform::RunResult result;
-    platform::RunResult Run(const std::string& command, const std::string&, size_t) override {
-        commands.push_back(command);
-        return result;
-    }
+    platform::RunResult Run(const std::string&, const std::string&, size_t) override { return {}; }
 };
 
 // An in-memory registry: keys by root and path (compared without regard to
@@ -212,7 +208,6 @@ class FakeRegistry : public platform::Registry {
 public:
     using Values = std::vector<platform::RegistryValue>;
     std::map<std::pair<platform::RegistryRoot, std::string>, Values> keys;
-    std::vector<std::string> opened;  // "HKEY_...\path" of every OpenKey
 
     static std::string Fold(std::string s) {
         for (char& c : s) {
@@ -272,7 +267,6 @@ public:
     };
 
     std::unique_ptr<platform::RegistryKey> OpenKey(platform::RegistryRoot root, const std::string& path) override {
-        opened.push_back(std::string(platform::RegistryRootName(root)) + "\\" + path);
         if (keys.count({root, Fold(path)}) == 0) return nullptr;
         return std::make_unique<Key>(this, std::make_pair(root, Fold(path)));
     }

@@ -71,7 +71,7 @@ protected:
     ConfigNode* file = nullptr;
 };
 
-TEST_F(PluginTest, ConstructionLoadsTheServiceModuleAndCallsItsEntryWithTheTable) {
+TEST_F(PluginTest, TheServiceModuleIsLoadedItsEntryCalledWithTheTableAndFreedAtUnload) {
     Start();
     ASSERT_EQ(1u, fake.libraries.loaded.size());
     EXPECT_EQ("Build\\OrvMake.dll", fake.libraries.loaded[0]);
@@ -82,6 +82,8 @@ TEST_F(PluginTest, ConstructionLoadsTheServiceModuleAndCallsItsEntryWithTheTable
     EXPECT_EQ(reinterpret_cast<AdsWord>(kServiceHandle), s.module[1]);
     EXPECT_EQ(0xBEEFu, s.service[0]);  // the entry's own words
     EXPECT_TRUE(app->initialised());
+    app.reset();
+    EXPECT_EQ(std::vector<void*>{kServiceHandle}, fake.libraries.freed);
 }
 
 TEST_F(PluginTest, AMissingServiceModuleLeavesTheServiceTableZeroed) {
@@ -94,13 +96,6 @@ TEST_F(PluginTest, AMissingServiceModuleLeavesTheServiceTableZeroed) {
     EXPECT_TRUE(app->initialised());
     // Unloading now ends the process (see the death tests); let this one live.
     fake.libraries.free_null_succeeds = true;
-}
-
-TEST_F(PluginTest, UnloadFreesTheServiceModule) {
-    Start();
-    app.reset();
-    ASSERT_EQ(1u, fake.libraries.freed.size());
-    EXPECT_EQ(kServiceHandle, fake.libraries.freed[0]);
 }
 
 TEST_F(PluginTest, GetInterfaceLeavesEveryHostAndIdleSlotUntouched) {
@@ -145,29 +140,26 @@ TEST_F(PluginTest, AttachNeedsAContextAndKeepsACopyOfIt) {
     EXPECT_EQ(1, t->Attach(&empty));  // any context will do
 }
 
-TEST_F(PluginTest, ARefusedRegistrationMakesInstallToolSaySo) {
-    MakeProject();
-    PluginInterface* t = Start();
-    app->toolchain().SetCandidateSource([] { return std::vector<std::string>{"C:\\ADS\\Bin"}; });
-    fake.files.listings["C:\\ADS\\Bin"] = {{"armcc.exe", false, false}, {"zz.txt", false, false}};
-    fake.files.files.insert("C:\\ADS\\Bin\\armasm.exe");
-    t->InstallTool(project.get());
-    EXPECT_EQ("", host.pane);
-    host.register_answer = 0;
-    t->InstallTool(project.get());
-    EXPECT_EQ("\r\ninstall tool failed!\r\n", host.pane);
-}
-
-TEST_F(PluginTest, InstallToolRemembersTheRootAndReportsAFailedSetUp) {
+TEST_F(PluginTest, InstallToolRemembersTheRootAndSaysWhenTheSetUpFails) {
     MakeProject();
     PluginInterface* t = Start();
     t->InstallTool(nullptr);
     EXPECT_EQ("", host.pane);
     t->InstallTool(file);
     EXPECT_EQ(project.get(), app->project_root());
-    // No tools anywhere: the registration is refused, and said so.
+    // No tools anywhere: nothing to register, and said so.
     EXPECT_EQ("\r\ninstall tool failed!\r\n", host.pane);
     EXPECT_EQ(std::vector<AdsWord>{0}, host.panes);
+
+    app->toolchain().SetCandidateSource([] { return std::vector<std::string>{"C:\\ADS\\Bin"}; });
+    fake.files.listings["C:\\ADS\\Bin"] = {{"armcc.exe", false, false}, {"zz.txt", false, false}};
+    fake.files.files.insert("C:\\ADS\\Bin\\armasm.exe");
+    host.pane.clear();
+    t->InstallTool(project.get());
+    EXPECT_EQ("", host.pane);
+    host.register_answer = 0;  // the host refuses the record
+    t->InstallTool(project.get());
+    EXPECT_EQ("\r\ninstall tool failed!\r\n", host.pane);
 }
 
 TEST_F(PluginTest, SetCurrentTargetNeedsBothArguments) {
@@ -346,8 +338,10 @@ TEST_F(PluginTest, Slot7ForwardsItsArgumentsToHostSlot34) {
     EXPECT_EQ((std::vector<AdsWord>{1, 2, 3, 4}), host.call34);
 }
 
-TEST_F(PluginTest, NullArgumentsReturnAtOnce) {
+TEST_F(PluginTest, NullArgumentsAndReservedSlotsReturnAtOnce) {
     PluginInterface* t = Start();
+    t->Reserved11();
+    EXPECT_EQ(0, t->Reserved22(1, 2, 3) + t->Reserved35());
     EXPECT_EQ(0, t->ImportProject(nullptr, 1));
     EXPECT_EQ(0, t->ImportProject("x.xml", 0));
     EXPECT_EQ(0, t->CompileFile(nullptr));

@@ -96,16 +96,6 @@ TEST(ArmHomeFromRegistry, FollowsCurrentVersionToItsArmHome) {
     }
 }
 
-TEST_F(ToolchainTest, NothingAnywhereLeavesAnEmptyDirectoryAndBareToolNames) {
-    EXPECT_FALSE(toolchain.LocateTools());
-    EXPECT_EQ("", toolchain.directory());
-    EXPECT_FALSE(toolchain.found());
-    for (int i = 0; i < kToolCount; ++i) {
-        EXPECT_EQ(std::string("\\") + kAdsToolExecutables[i], toolchain.path(static_cast<ToolIndex>(i)));
-    }
-    EXPECT_TRUE(registered.empty());  // an empty directory text: the host is not asked
-}
-
 TEST_F(ToolchainTest, LocatesTheDirectoryByTheRulesOfTheSearch) {
     struct Row {
         const char* name;
