@@ -191,15 +191,15 @@ TEST_F(InstallToolTest, ANewFileGetsItsKindObjectNameAndSettingsNode) {
     }
 }
 
-TEST_F(InstallToolTest, FilesThatAreNoSourcesAreLeftAlone) {
+TEST_F(InstallToolTest, FilesThatAreNoSourcesAndOtherNodesAreLeftAlone) {
     ConfigNode* header = AddFile("inc\\led.h", 0);
     ConfigNode* nameless = AddFile(nullptr, 1);
-    table->InstallTool(header);
-    table->InstallTool(nameless);
+    for (ConfigNode* node : {header, nameless, project.get(), files}) table->InstallTool(node);
     EXPECT_TRUE(host.commits.empty());
     EXPECT_EQ(nullptr, header->GetAttribute("Output"));
     EXPECT_EQ(nullptr, nameless->GetAttribute("Output"));
     EXPECT_EQ(nullptr, header->FirstChild());
+    EXPECT_EQ(0u, project->AttributeCount());
 }
 
 TEST_F(InstallToolTest, TheCurrentTargetsFileMappingClassifiesNewFiles) {
@@ -218,13 +218,6 @@ TEST_F(InstallToolTest, TheCurrentTargetsFileMappingClassifiesNewFiles) {
     EXPECT_STREQ("b.o", header->GetAttribute("Output"));
     EXPECT_STREQ("0", cc->GetAttribute("FileType"));
     EXPECT_EQ(nullptr, cc->GetAttribute("Output"));
-}
-
-TEST_F(InstallToolTest, OtherNodesGetNoDefaults) {
-    table->InstallTool(project.get());
-    table->InstallTool(files);
-    EXPECT_TRUE(host.commits.empty());
-    EXPECT_EQ(0u, project->AttributeCount());
 }
 
 }  // namespace

@@ -290,8 +290,13 @@ TEST_F(ToolchainTest, TheBrowserStartsAtTheDriveRootAndACancelKeepsTheField) {
 }
 
 TEST_F(ToolchainTest, OkMakesTheChosenBinFolderTheToolDirectoryWhenTheRegistryNamesNone) {
-    fake.files.files.insert("D:\\ADSv1_2\\Bin\\armasm.exe");
     ToolPathPage page(&toolchain);
+    page.SetField("D:\\Nothing\\Bin");  // holds no tools: nothing found
+    EXPECT_FALSE(page.Accept());
+    EXPECT_EQ("", toolchain.directory());
+    EXPECT_FALSE(toolchain.found());
+
+    fake.files.files.insert("D:\\ADSv1_2\\Bin\\armasm.exe");
     page.SetField("D:\\ADSv1_2\\Bin");
     EXPECT_TRUE(page.Accept());
     EXPECT_EQ("D:\\ADSv1_2\\Bin", toolchain.directory());
@@ -299,14 +304,6 @@ TEST_F(ToolchainTest, OkMakesTheChosenBinFolderTheToolDirectoryWhenTheRegistryNa
     EXPECT_EQ("D:\\ADSv1_2\\Bin\\fromelf.exe", toolchain.path(kFromElf));
     ASSERT_EQ(1u, registered.size());
     EXPECT_EQ("D:\\ADSv1_2\\Bin", registered[0][kAdsRecordDirectory]);
-}
-
-TEST_F(ToolchainTest, OkWithAFolderThatHoldsNoToolsFindsNothing) {
-    ToolPathPage page(&toolchain);
-    page.SetField("D:\\Nothing\\Bin");
-    EXPECT_FALSE(page.Accept());
-    EXPECT_EQ("", toolchain.directory());
-    EXPECT_FALSE(toolchain.found());
 }
 
 // The page as the dialog shows it: set by its label, checked before OK.
