@@ -35,13 +35,6 @@ protected:
     std::string dir, path;
 };
 
-TEST_F(HostConfigTest, AMissingFileIsAnEmptyConfiguration) {
-    HostConfig config;
-    std::string error;
-    ASSERT_TRUE(LoadHostConfig(Files(), path, &config, &error)) << error;
-    EXPECT_TRUE(config.tool_directories.empty());
-}
-
 TEST_F(HostConfigTest, ToolDirectoriesAreReadInOrderWithCommentsAndBlanksAround) {
     Put("# orvhost\r\n"
         "\n"
@@ -83,11 +76,13 @@ TEST_F(HostConfigTest, SettingTheToolDirectoryReplacesAllOthersAndKeepsTheRest) 
     EXPECT_EQ("# mine\ntools-dir = /opt/ads/Bin\n\n; end\n", Slurp(path));
 }
 
-TEST_F(HostConfigTest, ANewFileIsMadeWithItsFolders) {
+TEST_F(HostConfigTest, AMissingFileIsEmptyAndANewOneIsMadeWithItsFolders) {
     const std::string deep = dir + "/x/y/orvhost.conf";
     std::string error;
-    ASSERT_TRUE(SetToolDirectory(Files(), deep, "C:\\ADS\\Bin", &error)) << error;
     HostConfig config;
+    ASSERT_TRUE(LoadHostConfig(Files(), deep, &config, &error)) << error;
+    EXPECT_TRUE(config.tool_directories.empty());
+    ASSERT_TRUE(SetToolDirectory(Files(), deep, "C:\\ADS\\Bin", &error)) << error;
     ASSERT_TRUE(LoadHostConfig(Files(), deep, &config, &error)) << error;
     EXPECT_EQ(std::vector<std::string>{"C:\\ADS\\Bin"}, config.tool_directories);
     EXPECT_EQ(0u, Slurp(deep).find("# "));
