@@ -1,5 +1,5 @@
-// The plug-in with a fake host and a project (target Debug, a C file and an
-// assembler file), whose settings window a second thread drives while the
+// The plug-in with a fake host and a project (target Debug, a C file in a
+// folder and an assembler file), whose settings window a second thread drives while the
 // plug-in's ShowSettings runs it.
 #pragma once
 
@@ -25,10 +25,19 @@ public:
         project->AppendChild(configs);
         auto* debug = new ConfigNode("Configuration");
         debug->SetAttribute("Name", "Debug");
+        // The tool-wide strings a new target gets, as in the example project.
+        for (const char* key : {"ADS_GArmCCParam", "ADS_GArmCppParam", "ADS_GThmCCParam", "ADS_GThmCppParam"}) {
+            debug->SetAttribute(key, " -O0 -g+");
+        }
+        debug->SetAttribute("ADS_GArmAsmParam", " -keep -split_ldm -g");
+        debug->SetAttribute("ADS_FromELFParam", " -elf");
         configs->AppendChild(debug);
         auto* files = new ConfigNode("Files");
         project->AppendChild(files);
-        c_file = AddFile(files, "src\\main.c", 1);
+        folder = new ConfigNode("Filter");
+        folder->SetAttribute("Name", "Sources");
+        files->AppendChild(folder);
+        c_file = AddFile(folder, "src\\main.c", 1);
         asm_file = AddFile(files, "src\\boot.s", 2);
         app = std::make_unique<plugin::Application>(fake.platform);
         table = app->GetInterface();
@@ -63,6 +72,7 @@ public:
     FakePlatform fake;
     std::unique_ptr<ConfigNode> project;
     ConfigNode* target = nullptr;
+    ConfigNode* folder = nullptr;  // "Sources", which holds the C file
     ConfigNode* c_file = nullptr;
     ConfigNode* asm_file = nullptr;
     std::unique_ptr<plugin::Application> app;

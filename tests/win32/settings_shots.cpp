@@ -1,5 +1,5 @@
 // Writes the settings window as BMP files, one per tree item and tab of the
-// project, a C file and an assembler file:
+// project, a folder, a C file and an assembler file:
 //   ads_settings_shots FOLDER
 // names them <scope>-<item>[-<tab>].bmp and lists them on standard output.
 #include <cstdio>
@@ -18,7 +18,7 @@ int main(int argc, char** argv) {
     const struct {
         const char* scope;
         ads::ConfigNode* node;
-    } scopes[] = {{"target", p.project.get()}, {"c", p.c_file}, {"asm", p.asm_file}};
+    } scopes[] = {{"target", p.project.get()}, {"folder", p.folder}, {"c", p.c_file}, {"asm", p.asm_file}};
     int written = 0, failed = 0;
     for (const auto& s : scopes) {
         double shown = 0;

@@ -86,7 +86,7 @@ TEST(SettingsWindowTest, TheWindowShowsTheScopesTreeAndFollowsTypingInItsCommand
     if (NoDisplay()) GTEST_SKIP() << "DISPLAY is unset: wine opens no window without an X display";
     const struct Row {
         const char* name;
-        int scope;  // 8: the project, 1: the C file
+        int scope;  // 8: the project, 1: the C file, 2: the assembler file, 7: the folder
         std::string tree;
         const char* item;
         const char* tab;
@@ -102,6 +102,12 @@ TEST(SettingsWindowTest, TheWindowShowsTheScopesTreeAndFollowsTypingInItsCommand
          "ARM Linker", "Option", "Image entry point", "0x100", " -entry 0x100", IDCANCEL},
         {"C file", 1, "Target|Property|Language Setting|ARM C Compiler|Thumb C Compiler|", "ARM C Compiler", "Extras",
          "Via file Name", "opts.via", nullptr, IDOK},
+        {"assembler file", 2, "Target|Property|Language Setting|ARM Assembler|", "ARM Assembler", "Extras",
+         "Via file Name", "asm.via", nullptr, IDOK},
+        {"folder", 7,
+         "Target|Property|Language Setting|ARM Assembler|ARM C Compiler|ARM C++ Compiler|Thumb C Compiler|"
+         "Thumb C++ Compiler|",
+         "Thumb C Compiler", "Extras", "Via file Name", "dir.via", nullptr, IDOK},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
@@ -112,7 +118,7 @@ TEST(SettingsWindowTest, TheWindowShowsTheScopesTreeAndFollowsTypingInItsCommand
         double shown = 0;
         bool seen = false;
         const int answer = p.Show(
-            row.scope == 8 ? p.project.get() : p.c_file,
+            row.scope == 8 ? p.project.get() : row.scope == 1 ? p.c_file : row.scope == 2 ? p.asm_file : p.folder,
             [&](WindowDriver& d) {
                 tree = Joined(d.TreeItems());
                 typed = d.SelectItem(row.item) && d.SelectTab(row.tab);

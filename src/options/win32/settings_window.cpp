@@ -20,7 +20,9 @@ constexpr int kTreeWidth = 120;
 constexpr int kPageWidth = 290;
 // A page taller than this in one column is laid out in two.
 constexpr int kPageMaxHeight = 250;
-constexpr int kTabHeader = 15;
+constexpr int kTabHeader = 15;  // one row of tabs
+constexpr int kTabRow = 13;     // each further row: the compilers' eight tabs take two
+constexpr int kTabRows = 2;
 constexpr int kToolRow = 14;
 constexpr int kButtonWidth = 50;
 constexpr int kButtonHeight = 14;
@@ -94,7 +96,9 @@ public:
     }
 
     int Width() const { return kMargin + kTreeWidth + 6 + kPageWidth + kMargin; }
-    int PageTop() const { return kMargin + 12 + kTabHeader + 4; }
+    // A page starts below the rows of tabs shown above it; the window leaves
+    // room for the most rows any tool has.
+    int PageTop(int rows = kTabRows) const { return kMargin + 12 + kTabHeader + (rows - 1) * kTabRow + 4; }
     int ToolsTop() const { return PageTop() + page_height_ + 8; }
     int ButtonsTop() const {
         return ToolsTop() + 11 + static_cast<int>(model_.Tools().size()) * kToolRow + 6 + 6;
@@ -109,8 +113,8 @@ protected:
                                   TVS_SHOWSELALWAYS,
                               kMargin, kMargin, kTreeWidth, ToolsTop() - 4 - kMargin, kIdTree);
         CreateControl("STATIC", "", WS_VISIBLE | SS_LEFT | SS_NOPREFIX, left, kMargin + 1, kPageWidth, 9, kIdCaption);
-        tabs_ = CreateControl(WC_TABCONTROLA, "", WS_TABSTOP | WS_CLIPSIBLINGS, left, kMargin + 12, kPageWidth,
-                              kTabHeader + 4 + page_height_ + 4, kIdTabs);
+        tabs_ = CreateControl(WC_TABCONTROLA, "", WS_TABSTOP | WS_CLIPSIBLINGS | TCS_MULTILINE, left, kMargin + 12,
+                              kPageWidth, ToolsTop() - 4 - (kMargin + 12), kIdTabs);
         const std::vector<std::string> tools = model_.Tools();
         const int tools_height = 11 + static_cast<int>(tools.size()) * kToolRow + 6;
         CreateControl("BUTTON", "Equivalent Command Line", WS_VISIBLE | BS_GROUPBOX, kMargin, ToolsTop(),
@@ -234,7 +238,9 @@ private:
                 layout.pieces.erase(std::remove_if(layout.pieces.begin(), layout.pieces.end(),
                                                    [this](const Placed& p) { return p.y + p.h > page_height_; }),
                                     layout.pieces.end());
-                view = std::make_unique<PageView>(this, page, std::move(layout), left, PageTop(), &next_id_, tabs_);
+                const int rows = tabs.empty() ? 1 : std::clamp(TabCtrl_GetRowCount(tabs_), 1, kTabRows);
+                view = std::make_unique<PageView>(this, page, std::move(layout), left, PageTop(rows), &next_id_,
+                                                  tabs_);
             }
             shown_ = view.get();
             shown_->Refresh();
