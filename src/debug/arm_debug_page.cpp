@@ -39,6 +39,7 @@ options::PageDescription Describe() {
         for (int column = 0; column < kColumnCount; ++column) {
             options::Control cell = EditControl(StorageColumnTitle(column));
             cell.group = group;
+            cell.cell_row = static_cast<int>(row);
             d.controls.push_back(cell);
         }
     }

@@ -37,6 +37,7 @@ struct Control {
     std::vector<Choice> choices;// radio buttons and combo entries
     std::string default_text;   // edits: the text shown when nothing is read
     std::string filter;         // a browse button: the file chooser's filter
+    int cell_row = -1;          // a cell of a grid: its row (its label names the column)
 };
 
 struct PageDescription {

@@ -6,6 +6,7 @@
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <string>
 #include <thread>
 
 #include "plugin/application.h"
@@ -31,6 +32,15 @@ public:
         }
         debug->SetAttribute("ADS_GArmAsmParam", " -keep -split_ldm -g");
         debug->SetAttribute("ADS_FromELFParam", " -elf");
+        debug->SetAttribute("SIMCLK", "12.000000");
+        const char* const storage[][5] = {{"0", "0", "8000", "c:\\boot.bin", "Yes"},
+                                          {"1", "20000000", "10000", "c:\\Data.bin", "No"}};
+        for (size_t i = 0; i < 2; ++i) {
+            auto* row = new ConfigNode("StorageNode" + std::to_string(i));
+            const char* const keys[] = {"Type", "StartAddress", "Size", "LoadFile", "ShouldDownLoad"};
+            for (size_t k = 0; k < 5; ++k) row->SetAttribute(keys[k], storage[i][k]);
+            debug->AppendChild(row);
+        }
         configs->AppendChild(debug);
         auto* files = new ConfigNode("Files");
         project->AppendChild(files);

@@ -144,5 +144,26 @@ TEST(SettingsWindowTest, TheWindowShowsTheScopesTreeAndFollowsTypingInItsCommand
     }
 }
 
+TEST(SettingsWindowTest, AStorageCellTypedInTheGridIsSavedOnOk) {
+    if (NoDisplay()) GTEST_SKIP() << "DISPLAY is unset: wine opens no window without an X display";
+    SettingsProject p;
+    bool typed = false;
+    double shown = 0;
+    const int answer = p.Show(
+        p.project.get(),
+        [&](WindowDriver& d) {
+            typed = d.SelectItem("ARM Debug") && d.TypeInCell(1, 2, "0x4000");
+            d.Press(IDOK);
+            if (IsWindowVisible(d.dialog())) d.Press(IDCANCEL);  // still open: OK was refused
+        },
+        &shown);
+    EXPECT_TRUE(typed);
+    EXPECT_EQ(kOk, answer);
+    const ConfigNode* row = p.target->FindChild("StorageNode1");
+    ASSERT_NE(nullptr, row);
+    EXPECT_EQ("4000", Attribute(row, "Size"));
+    EXPECT_EQ("20000000", Attribute(row, "StartAddress"));
+}
+
 }  // namespace
 }  // namespace ads::testing

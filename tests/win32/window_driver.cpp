@@ -154,6 +154,30 @@ bool WindowDriver::Type(const std::string& label, const std::string& text) const
     return false;
 }
 
+bool WindowDriver::TypeInCell(int row, int column, const std::string& text) const {
+    HWND grid = nullptr;
+    for (HWND h : Children(dialog_)) {
+        if (IsWindowVisible(h) && ClassOf(h) == "SysListView32") grid = h;
+    }
+    if (grid == nullptr) return false;
+    RECT r{};
+    r.top = column;
+    r.left = LVIR_LABEL;
+    if (!SendMessageA(grid, LVM_GETSUBITEMRECT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&r))) return false;
+    const LPARAM at = MAKELPARAM((r.left + r.right) / 2, (r.top + r.bottom) / 2);
+    SendMessageA(grid, WM_LBUTTONDOWN, MK_LBUTTON, at);
+    SendMessageA(grid, WM_LBUTTONUP, 0, at);
+    SendMessageA(grid, WM_LBUTTONDBLCLK, MK_LBUTTON, at);
+    SendMessageA(grid, WM_LBUTTONUP, 0, at);
+    // The field belongs to the window's thread: ask that thread for its focus.
+    GUITHREADINFO info{};
+    info.cbSize = sizeof info;
+    HWND field = GetGUIThreadInfo(GetWindowThreadProcessId(dialog_, nullptr), &info) ? info.hwndFocus : nullptr;
+    if (field == nullptr || ClassOf(field) != "Edit") return false;
+    SendMessageA(field, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text.c_str()));
+    return true;
+}
+
 std::vector<std::string> WindowDriver::CommandLines() const {
     std::vector<std::string> out;
     for (HWND h : Children(dialog_)) {

@@ -28,6 +28,9 @@ public:
     void Press(int id) const;
     // Types `text` into the visible edit that follows the label `label`.
     bool Type(const std::string& label, const std::string& text) const;
+    // Double-clicks the cell of the visible grid (a list view) at `row` and
+    // `column` and types `text` into the field that opens over it.
+    bool TypeInCell(int row, int column, const std::string& text) const;
     // The read-only fields of "Equivalent Command Line", in order.
     std::vector<std::string> CommandLines() const;
     static std::string Text(HWND hwnd);

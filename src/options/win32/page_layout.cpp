@@ -19,6 +19,7 @@ constexpr int kBoxTop = 11;
 constexpr int kBoxSide = 6;
 constexpr int kBoxBottom = 5;
 constexpr int kColumnGap = 6;
+constexpr int kGridMinHeight = 60;
 constexpr Piece kListPieces[] = {Piece::kAdd, Piece::kReplace, Piece::kDelete};
 constexpr const char* kListButtons[] = {"Add", "Replace", "Delete"};
 
@@ -232,6 +233,22 @@ void Place(PageLayout* out, const std::vector<Block>& blocks, size_t first, size
 }  // namespace
 
 PageLayout LayOutPage(const PageDescription& page, int width, int preferred_height) {
+    const auto first_cell = std::find_if(page.controls.begin(), page.controls.end(),
+                                         [](const Control& c) { return c.cell_row >= 0; });
+    if (first_cell != page.controls.end()) {
+        PageDescription head = page;
+        head.controls.resize(static_cast<size_t>(first_cell - page.controls.begin()));
+        PageLayout out = LayOutPage(head, width, preferred_height - kGridMinHeight - kRowGap - 2);
+        const int columns = static_cast<int>(std::count_if(first_cell, page.controls.end(), [&](const Control& c) {
+            return c.cell_row == first_cell->cell_row;
+        }));
+        const int top = out.height == 0 ? 0 : out.height + kRowGap + 2;
+        const int h = std::max(kGridMinHeight, preferred_height - top);
+        out.pieces.push_back(Placed{Piece::kGrid, static_cast<int>(first_cell - page.controls.begin()), columns, {}, 0,
+                                    top, width, h});
+        out.height = top + h;
+        return out;
+    }
     const Builder builder(page);
     PageLayout out;
     const std::vector<Block> one = builder.Blocks(width);

@@ -6,7 +6,9 @@
 // height, in two columns of half the width. Controls that share a group
 // caption stand in one group box; a radio group has a box of its own; an
 // edit field and the buttons of the same value share a row; a list gets a
-// field for one entry and "Add", "Replace" and "Delete" under it.
+// field for one entry and "Add", "Replace" and "Delete" under it. The cells
+// of a grid, which end a page, make one grid below the rest, the whole width
+// wide, in the height that is left.
 #pragma once
 
 #include <string>
@@ -16,13 +18,14 @@
 
 namespace ads::options::win32 {
 
-enum class Piece { kGroupBox, kLabel, kCheck, kRadio, kCombo, kEdit, kList, kEntry, kAdd, kReplace, kDelete, kButton };
+enum class Piece { kGroupBox, kLabel, kCheck, kRadio, kCombo, kEdit, kList, kEntry, kAdd, kReplace, kDelete, kButton, kGrid };
 
 struct Placed {
     Piece piece;
     int control;      // index in the description; -1 for a box or label of a group
     int choice;       // radio button: index among the choices; a list's button:
-                      // the page's button it stands for; else -1
+                      // the page's button it stands for; a grid (whose control
+                      // is its first cell): its number of columns; else -1
     std::string text; // caption, label or button text
     int x, y, w, h;
 };

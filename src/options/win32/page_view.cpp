@@ -1,5 +1,6 @@
 #include "options/win32/page_view.h"
 
+#include <commctrl.h>
 #include <commdlg.h>
 #include <shellapi.h>
 
@@ -62,6 +63,11 @@ PageView::PageView(DialogWindow* owner, DialogPage* page, const PageLayout& layo
             case Piece::kReplace:
             case Piece::kDelete:
             case Piece::kButton: style |= BS_PUSHBUTTON; break;
+            case Piece::kGrid:
+                cls = WC_LISTVIEWA;
+                style |= LVS_REPORT | LVS_SINGLESEL | LVS_SHOWSELALWAYS | LVS_NOSORTHEADER;
+                ex = WS_EX_CLIENTEDGE;
+                break;
         }
         const int id = (*next_id)++;
         // A label broken over two lines in the page's data shows on one.
@@ -74,6 +80,19 @@ PageView::PageView(DialogWindow* owner, DialogPage* page, const PageLayout& layo
         windows_.push_back(hwnd);
         SetWindowPos(hwnd, after, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
         after = hwnd;
+        if (p.piece == Piece::kGrid) {
+            ListView_SetExtendedListViewStyle(hwnd, LVS_EX_FULLROWSELECT | LVS_EX_GRIDLINES);
+            RECT area{};
+            GetClientRect(hwnd, &area);
+            const int width = (area.right - area.left) / std::max(1, p.choice);
+            for (int k = 0; k < p.choice; ++k) {
+                LVCOLUMNA column{};
+                column.mask = LVCF_TEXT | LVCF_WIDTH;
+                column.cx = width;
+                column.pszText = const_cast<char*>(d.controls[static_cast<size_t>(p.control + k)].label.c_str());
+                SendMessageA(hwnd, LVM_INSERTCOLUMNA, static_cast<WPARAM>(k), reinterpret_cast<LPARAM>(&column));
+            }
+        }
         if (p.piece == Piece::kCombo) {
             for (const Choice& c : d.controls[static_cast<size_t>(p.control)].choices) {
                 SendMessageA(hwnd, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(c.label.c_str()));
@@ -85,10 +104,12 @@ PageView::PageView(DialogWindow* owner, DialogPage* page, const PageLayout& layo
 }
 
 PageView::~PageView() {
+    EndCellEdit();
     for (HWND hwnd : windows_) DestroyWindow(hwnd);
 }
 
 void PageView::Show(bool visible) {
+    if (!visible) EndCellEdit();
     for (HWND hwnd : windows_) ShowWindow(hwnd, visible ? SW_SHOW : SW_HIDE);
 }
 
@@ -137,6 +158,9 @@ void PageView::Refresh() {
                 }
                 break;
             }
+            case Piece::kGrid:
+                FillGrid(b);
+                continue;  // enabled always: its rows are those in use
             default: break;
         }
         EnableWindow(b.hwnd, page_->Enabled(b.control) ? TRUE : FALSE);
@@ -144,11 +168,84 @@ void PageView::Refresh() {
     refreshing_ = false;
 }
 
+// The grid shows the rows whose cells can be edited now, a row per item.
+void PageView::FillGrid(const Bound& grid) {
+    const PageDescription& d = page_->Description();
+    const int columns = std::max(1, grid.choice);
+    int row = 0;
+    for (size_t first = static_cast<size_t>(grid.control);
+         first + static_cast<size_t>(columns) <= d.controls.size() && page_->Enabled(static_cast<int>(first));
+         first += static_cast<size_t>(columns), ++row) {
+        if (row >= ListView_GetItemCount(grid.hwnd)) {
+            LVITEMA item{};
+            item.iItem = row;
+            SendMessageA(grid.hwnd, LVM_INSERTITEMA, 0, reinterpret_cast<LPARAM>(&item));
+        }
+        for (int k = 0; k < columns; ++k) {
+            const std::string text = page_->Get(static_cast<int>(first) + k);
+            LVITEMA item{};
+            item.iSubItem = k;
+            item.pszText = const_cast<char*>(text.c_str());
+            SendMessageA(grid.hwnd, LVM_SETITEMTEXTA, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
+        }
+    }
+    while (ListView_GetItemCount(grid.hwnd) > row) ListView_DeleteItem(grid.hwnd, row);
+}
+
+bool PageView::Notify(const NMHDR& header) {
+    const auto it = ids_.find(static_cast<int>(header.idFrom));
+    if (it == ids_.end() || it->second.piece != Piece::kGrid || header.code != NM_DBLCLK) return false;
+    EditCell(it->second, reinterpret_cast<const NMITEMACTIVATE&>(header).ptAction);
+    return false;
+}
+
+// A field over the double-clicked cell takes its text; every change goes to
+// the page as typed, so OK or a click elsewhere loses nothing.
+void PageView::EditCell(const Bound& grid, POINT at) {
+    EndCellEdit();
+    LVHITTESTINFO hit{};
+    hit.pt = at;
+    if (ListView_SubItemHitTest(grid.hwnd, &hit) < 0 || hit.iItem < 0) return;
+    const int cell = grid.control + hit.iItem * std::max(1, grid.choice) + hit.iSubItem;
+    if (!page_->Enabled(cell)) return;
+    RECT r{};
+    ListView_GetSubItemRect(grid.hwnd, hit.iItem, hit.iSubItem, LVIR_LABEL, &r);
+    MapWindowPoints(grid.hwnd, owner_->hwnd(), reinterpret_cast<POINT*>(&r), 2);
+    if (cell_edit_id_ == 0) cell_edit_id_ = 0xF000 + GetDlgCtrlID(grid.hwnd) % 0x0FFF;
+    cell_edit_ = CreateWindowExA(0, "EDIT", page_->Get(cell).c_str(), WS_CHILD | WS_VISIBLE | WS_BORDER | ES_AUTOHSCROLL,
+                                 r.left, r.top, r.right - r.left, r.bottom - r.top, owner_->hwnd(),
+                                 reinterpret_cast<HMENU>(static_cast<INT_PTR>(cell_edit_id_)),
+                                 GetModuleHandleA(nullptr), nullptr);
+    if (cell_edit_ == nullptr) return;
+    SendMessageA(cell_edit_, WM_SETFONT, SendMessageA(owner_->hwnd(), WM_GETFONT, 0, 0), FALSE);
+    SetWindowPos(cell_edit_, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
+    edited_cell_ = cell;
+    SendMessageA(cell_edit_, EM_SETSEL, 0, -1);
+    SetFocus(cell_edit_);
+}
+
+void PageView::EndCellEdit() {
+    if (cell_edit_ == nullptr) return;
+    HWND edit = cell_edit_;
+    cell_edit_ = nullptr;
+    edited_cell_ = -1;
+    DestroyWindow(edit);
+}
+
 void PageView::SetValue(int control, const std::string& value) {
     page_->Set(control, value);  // a refused value leaves the control as it was: Refresh shows it
 }
 
 bool PageView::Command(int id, int code) {
+    if (cell_edit_ != nullptr && id == cell_edit_id_) {
+        if (code == EN_CHANGE) {
+            SetValue(edited_cell_, WindowText(cell_edit_));
+        } else if (code == EN_KILLFOCUS) {
+            EndCellEdit();
+            Refresh();
+        }
+        return true;
+    }
     const auto it = ids_.find(id);
     if (it == ids_.end()) return false;
     if (refreshing_) return true;

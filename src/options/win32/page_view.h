@@ -26,6 +26,9 @@ public:
     // A WM_COMMAND for one of this view's controls: true when it was one
     // (the page may have changed).
     bool Command(int id, int code);
+    // A WM_NOTIFY from one of this view's controls (a double click on a grid
+    // cell opens a field over it): true when the page may have changed.
+    bool Notify(const NMHDR& header);
 
 private:
     struct Bound {
@@ -39,12 +42,18 @@ private:
     void Browse(const Bound& button);
     void EditList(const Bound& button);
     HWND Find(Piece piece, int control) const;
+    void FillGrid(const Bound& grid);
+    void EditCell(const Bound& grid, POINT at);  // `at`: in the grid's client area
+    void EndCellEdit();
 
     DialogWindow* owner_;
     DialogPage* page_;
     std::map<int, Bound> ids_;
     std::vector<HWND> windows_;
     bool refreshing_ = false;
+    HWND cell_edit_ = nullptr;  // the field over the grid cell being edited
+    int cell_edit_id_ = 0;
+    int edited_cell_ = -1;
 };
 
 }  // namespace ads::options::win32

@@ -167,6 +167,8 @@ protected:
                 model_.SelectTab(tabs[static_cast<size_t>(k)]);
                 ShowSelection();
             }
+        } else if (shown_ != nullptr && shown_->Notify(header)) {
+            UpdateCommandLines();
         }
         return 0;
     }
@@ -274,7 +276,7 @@ private:
 }  // namespace
 
 int RunSettingsWindow(void* owner, SettingsDialogModel& model) {
-    INITCOMMONCONTROLSEX icc{sizeof icc, ICC_TREEVIEW_CLASSES | ICC_TAB_CLASSES};
+    INITCOMMONCONTROLSEX icc{sizeof icc, ICC_TREEVIEW_CLASSES | ICC_TAB_CLASSES | ICC_LISTVIEW_CLASSES};
     InitCommonControlsEx(&icc);
     SettingsWindow window(model);
     window.Measure();
