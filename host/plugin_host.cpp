@@ -104,8 +104,13 @@ bool PluginHost::Load(const std::string& module_path, std::string* error) {
     table_->MakeTarget = &PluginHost::MakeTarget;
     table_->HostCall34 = &PluginHost::HostCall34;
 
-    install_dir_ = fs.ExecutableDirectory();
-    executable_ = install_dir_;
+    executable_ = fs.ExecutableDirectory();
+    // The plug-in puts a file name right after the folder ("SArm.dll").
+#ifdef _WIN32
+    install_dir_ = executable_ + "\\";
+#else
+    install_dir_ = executable_ + "/";
+#endif
     context_ = AdsHostContext{};
     context_.install_dir = install_dir_.c_str();
     context_.executable = executable_.c_str();

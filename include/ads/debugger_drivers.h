@@ -18,6 +18,10 @@ inline constexpr const char* kDriverKindSubKeys[kDriverKindCount] = {"RDIs", "JD
 inline constexpr const char* kDriverKindTexts[kDriverKindCount] = {"RDI", "JDI", "AGDI"};
 // The export that proves a library to be of the kind.
 inline constexpr const char* kDriverKindExports[kDriverKindCount] = {"WinRDI_GetRDIProcVec", "GetJDI", "AG_Init"};
+// The host's simulator library, in the host's installation folder, and its
+// export that configures a driver (see AdsDriverConfigRequest).
+inline constexpr char kSimulatorLibrary[] = "SArm.dll";
+inline constexpr char kConfigureDriverExport[] = "ConfigXDI";
 // A library exporting several is of the first kind in this order.
 inline constexpr int kDriverProbeOrder[kDriverKindCount] = {2, 0, 1};
 // The order in which the kinds are listed.

@@ -114,7 +114,8 @@ struct AdsSettingsDialog {
     // without one by its group's caption; "GROUP: LABEL" where a label occurs
     // twice) to `value`: a check box 0 or 1, a radio group or combo an
     // entry's text or index, an edit field its text, a list its entries
-    // separated by ';'.
+    // separated by ';'; a button the page acts on (the debugger page's
+    // "config" and "flash") is pressed by any value.
     int (ADS_CALL *Set)(void* self, const char* label, const char* value, const char** error);
     // Presses a button (AdsSettingsButton).
     int (ADS_CALL *Press)(void* self, int button, const char** error);
@@ -143,7 +144,8 @@ struct AdsHostUi {
 struct AdsHostContext {
     AdsWord instance;                 // 0: the host's module handle
     AdsWord main_window;              // 1: the host's main window
-    const char* install_dir;          // 2: the host's installation folder
+    const char* install_dir;          // 2: the host's installation folder, with
+                                      //    its final separator ("C:\\Orvane\\")
     const char* executable;           // 3: path of the host's executable
     const AdsHostUi* ui;              // 4: a windowless host's UI, else null
     const AdsHostSimulator* simulator;// 5: the host's simulator description or null
@@ -229,6 +231,24 @@ struct AdsDebugRequest {
     AdsDebugBlock* block;
     double* clock;                             // where the simulator's clock goes (MHz); may be null
 };
+
+// What the plug-in hands the host's simulator library ("SArm.dll", export
+// "ConfigXDI") when the user configures a target driver: the library opens
+// the driver's own dialog and may rewrite `text`, which the plug-in then
+// keeps as the target's driver configuration ("ServeDebugOptions").
+// Called as ConfigXDI(kind, mode, request): kind RDI 0, JDI 1, AGDI 2;
+// mode 0 "config", 1 "flash".
+struct AdsDriverConfigRequest {
+    int32_t kind;
+    int32_t mode;
+    char library[kAdsDebugPathSize];   // the driver's library
+    char text[kAdsDebugTextSize];      // the driver configuration, in and out
+    AdsWord instance;                  // the host's module handle
+    AdsWord main_window;               // the host's main window
+    const char* install_dir;           // the host's installation folder
+    const char* executable;            // the host's executable
+};
+typedef int (ADS_CALL *AdsConfigXdi)(int32_t kind, int32_t mode, AdsDriverConfigRequest* request);
 
 typedef void (ADS_CALL *AdsServiceEntry)(AdsHostServices* services);
 

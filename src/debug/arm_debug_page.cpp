@@ -6,6 +6,7 @@
 #include "config/node_text.h"
 #include "config/project_keys.h"
 #include "debug/debug_options.h"
+#include "debug/driver_config.h"
 #include "options/target_pages.h"
 #include "options/text_page.h"
 
@@ -21,7 +22,19 @@ const char kSoftwareSimulation[] = "Software Simulation";
 const char kDriverFieldLabel[] = "Target Driver DLL:";
 const char kNoDriver[] = "";
 
-enum ArmDebugControl { kMode, kDriver, kDriverDll, kEmuScript, kClock, kSimScript, kRowCount, kFirstCell };
+enum ArmDebugControl {
+    kMode,
+    kDriver,
+    kDriverDll,
+    kConfigure,
+    kFlash,
+    kDriverText,
+    kEmuScript,
+    kClock,
+    kSimScript,
+    kRowCount,
+    kFirstCell
+};
 
 int CellControl(size_t row, int column) { return kFirstCell + static_cast<int>(row) * kColumnCount + column; }
 
@@ -30,6 +43,15 @@ options::PageDescription Describe() {
     d.controls.push_back(options::ComboControl("Debug mode:", {kHardwareEmulation, kSoftwareSimulation}));
     d.controls.push_back(options::ComboControl("Target driver:", {kNoDriver}, kHardwareEmulation));
     d.controls.push_back(EditControl(kDriverFieldLabel, kHardwareEmulation));
+    // The driver's own dialog, through the host's simulator library.
+    for (const char* button : {"config", "flash"}) {
+        options::Control c{};
+        c.kind = options::ControlKind::kButton;
+        c.label = button;
+        c.group = kHardwareEmulation;
+        d.controls.push_back(c);
+    }
+    d.controls.push_back(EditControl("Driver configuration:", kHardwareEmulation));
     d.controls.push_back(EditControl("Emulator init script:", kHardwareEmulation));
     d.controls.push_back(EditControl("Simulation clock:", kSoftwareSimulation));
     d.controls.push_back(EditControl("Simulator init script:", kSoftwareSimulation));
@@ -48,10 +70,12 @@ options::PageDescription Describe() {
 
 class ArmDebugPage : public options::TextPage {
 public:
-    explicit ArmDebugPage(platform::Platform& platform) : TextPage(Describe()), platform_(platform) {}
+    ArmDebugPage(platform::Platform& platform, const AdsHostContext& host)
+        : TextPage(Describe()), platform_(platform), host_(host) {}
 
     bool Enabled(int control) const override {
-        if (control == kDriverDll) return false;  // shows, never takes
+        if (control == kDriverDll || control == kDriverText) return false;  // show, never take
+        if (control == kConfigure || control == kFlash) return ChosenDriver() != nullptr;
         if (control >= kFirstCell) return static_cast<size_t>((control - kFirstCell) / kColumnCount) < rows_.size();
         return true;
     }
@@ -80,6 +104,20 @@ public:
         return {};
     }
 
+    bool Presses(int control) const override { return control == kConfigure || control == kFlash; }
+
+    // The configuration the library leaves becomes the target's on OK.
+    std::string Press(int control) override {
+        const DriverEntry* driver = ChosenDriver();
+        if (!Presses(control) || driver == nullptr) return "choose a listed target driver first";
+        std::string text = Value(kDriverText);
+        if (ConfigureDriver(*platform_.libraries, host_, *driver, control == kFlash ? 1 : 0, &text)) {
+            Put(kDriverText, text);
+        }
+        ShowDriverLibrary();
+        return {};
+    }
+
     std::string Check(int control, const std::string& value) const override {
         double clock = 0;
         if (control == kClock && !ReadClock(value, &clock)) return kClockInputError;
@@ -105,6 +143,7 @@ public:
         for (const options::Choice& choice : choices) listed = listed || choice.label == chosen;
         Put(kDriver, listed ? chosen : kNoDriver);
         ShowDriverLibrary();
+        Put(kDriverText, Text(c, config::kServeDebugOptionsKey));
         Put(kEmuScript, Text(c, config::kInitScriptEmuKey));
         Put(kClock, Text(c, config::kSimClockKey));
         Put(kSimScript, Text(c, config::kInitScriptSimKey));
@@ -144,6 +183,7 @@ public:
                                                                        ? fields[6].substr(1, fields[6].size() - 2)
                                                                        : std::string(kNoDriverLibrary));
             c->SetAttribute(config::kDebugOptionsKey, packed);
+            if (ControlChanged(kDriverText)) c->SetAttribute(config::kServeDebugOptionsKey, Value(kDriverText));
             c->SetAttribute(config::kInitScriptEmuKey, Value(kEmuScript));
             c->SetAttribute(config::kInitScriptSimKey, Value(kSimScript));
             double clock = 0;
@@ -185,14 +225,15 @@ private:
     }
 
     platform::Platform& platform_;
+    const AdsHostContext& host_;
     std::vector<DriverEntry> drivers_;
     std::vector<StorageRow> rows_;
 };
 
 }  // namespace
 
-std::unique_ptr<options::StoredPage> MakeArmDebugPage(platform::Platform& platform) {
-    return std::make_unique<ArmDebugPage>(platform);
+std::unique_ptr<options::StoredPage> MakeArmDebugPage(platform::Platform& platform, const AdsHostContext& host) {
+    return std::make_unique<ArmDebugPage>(platform, host);
 }
 
 }  // namespace ads::debug

@@ -11,7 +11,8 @@
 //   - edit field: its text;
 //   - list: its entries, one per line ('\n'); a value separates them by ';'
 //     or by '\n';
-//   - button: nothing (a button is pressed, not set).
+//   - button: nothing (a button is pressed, not set); a button the page acts
+//     on itself (Presses) is pressed by setting it to any value.
 #pragma once
 
 #include <string>
@@ -39,6 +40,18 @@ public:
     virtual bool Enabled(int control) const {
         (void)control;
         return true;
+    }
+
+    // A button the page acts on itself (not a chooser of a file or a folder
+    // for a field): Press does what a click does and returns empty, or why
+    // nothing was done.
+    virtual bool Presses(int control) const {
+        (void)control;
+        return false;
+    }
+    virtual std::string Press(int control) {
+        (void)control;
+        return "cannot be pressed";
     }
 
     // The "Default" button on this page.

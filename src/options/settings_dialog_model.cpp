@@ -241,7 +241,7 @@ std::vector<std::string> SettingsDialogModel::ControlNames(const DialogPage& pag
     std::map<std::string, int> count;
     for (size_t i = 0; i < controls.size(); ++i) {
         const Control& c = controls[i];
-        if (c.kind == ControlKind::kButton) continue;
+        if (c.kind == ControlKind::kButton && !page.Presses(static_cast<int>(i))) continue;
         // A label broken over two lines is named on one.
         for (char ch : c.label.empty() ? c.group : c.label) {
             if (ch != '\n' && ch != '\r') base[i] += ch;
@@ -272,7 +272,9 @@ std::string SettingsDialogModel::Set(const std::string& label, const std::string
         if (names[i].empty() || names[i] != label) continue;
         const int control = static_cast<int>(i);
         if (!page->Enabled(control)) return "\"" + label + "\" on " + where + " is disabled";
-        const std::string refused = page->Set(control, value);
+        const bool button = page->Description().controls[i].kind == ControlKind::kButton;
+        const std::string refused = button ? page->Press(control) : page->Set(control, value);
+        if (button && !refused.empty()) return "\"" + label + "\" on " + where + ": " + refused;
         if (!refused.empty()) return "\"" + label + "\" on " + where + ": \"" + value + "\" refused: " + refused;
         return {};
     }

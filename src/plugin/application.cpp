@@ -306,7 +306,7 @@ DialogOutcome Application::RunSettingsDialog(ConfigNode* node) {
     const config::PathMacros macros = config::MakePathMacros(project_dir_, toolchain_.FindArmHome(), *platform_.files);
     options::PathConverter via = [macros](const std::string& name) { return config::ConvertViaFilePath(name, macros); };
     options::PageFactory pages = [this](const std::string& item) {
-        return item == options::kArmDebugItem ? debug::MakeArmDebugPage(platform_) : options::MakeItemPage(item);
+        return item == options::kArmDebugItem ? debug::MakeArmDebugPage(platform_, context_) : options::MakeItemPage(item);
     };
     plugin::SettingsDialog dialog(settings_kind_, std::move(context), pages, std::move(via));
 #ifdef _WIN32

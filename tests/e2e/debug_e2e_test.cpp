@@ -59,7 +59,7 @@ TEST_F(DebugTest, TheArmDebugPageSetsUpWhatDebugOptionsGiveBack) {
         for (const std::string& set : sets) args.insert(args.end(), {"--set", set});
         return Orvhost(args);
     };
-    Outcome o = settings({"Debug mode:=Hardware Emulation", "Target driver:=JDI 0", "Emulator init script:=emu.ini",
+    Outcome o = settings({"Debug mode:=Hardware Emulation", "Target driver:=JDI 0", "config=", "flash=", "Emulator init script:=emu.ini",
                           "Simulator init script:=sim.ini", "Simulation clock:=12", "Storage rows:=3",
                           "Row 0: Start Address=20000000", "Row 1: Type=RAM", "Row 1: Size=0x400",
                           "Row 1: Download?=No", "Row 2: Load File=d:\\img.bin", "Storage rows:=2"});

@@ -296,7 +296,8 @@ bool PageView::Command(int id, int code) {
             break;
         case Piece::kButton:
             if (code != BN_CLICKED) return true;
-            Browse(b);
+            if (page_->Presses(b.control)) page_->Press(b.control);
+            else Browse(b);
             break;
         default: return true;
     }
