@@ -1,5 +1,6 @@
 #include "debug/driver_config.h"
 
+#include <algorithm>
 #include <cstring>
 #include <memory>
 
